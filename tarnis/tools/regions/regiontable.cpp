@@ -32,6 +32,13 @@ struct RegionTableControls {
     QPushButton* load = nullptr;
     QLabel* hint = nullptr; ///< what to do while there are no regions
     QLabel* message = nullptr;
+
+    /// Creates all widgets in a layout of the table.
+    void build(QWidget& table, const QList<QAction*>& actions, RegionTableModel& model);
+
+private:
+    QHBoxLayout* toolRow(QWidget& table, const QList<QAction*>& actions);
+    QHBoxLayout* buttonRow(QWidget& table);
 };
 
 namespace {
@@ -85,73 +92,84 @@ RegionTable::RegionTable(XYGraphWidget* plot, QWidget* parent)
 
 RegionTable::~RegionTable() = default;
 
+QHBoxLayout* RegionTableControls::toolRow(QWidget& table, const QList<QAction*>& actions)
+{
+    auto* const row = new QHBoxLayout;
+    for (QAction* const action : actions) {
+        auto* const button = new QToolButton(&table);
+        button->setDefaultAction(action);
+        row->addWidget(button);
+    }
+    sideText = new QLabel(&table);
+    side = new QSpinBox(&table);
+    side->setRange(0, maxSideBins);
+    sideText->setBuddy(side);
+    row->addStretch();
+    row->addWidget(sideText);
+    row->addWidget(side);
+    return row;
+}
+
+QHBoxLayout* RegionTableControls::buttonRow(QWidget& table)
+{
+    auto* const row = new QHBoxLayout;
+    for (QPushButton** const button : { &freeze, &copy, &save, &load }) {
+        *button = new QPushButton(&table);
+        row->addWidget(*button);
+    }
+    freeze->setCheckable(true);
+    row->addStretch();
+    return row;
+}
+
+void RegionTableControls::build(QWidget& table, const QList<QAction*>& actions, RegionTableModel& model)
+{
+    auto* const layout = new QVBoxLayout(&table);
+    layout->addLayout(toolRow(table, actions));
+    hint = new QLabel(&table);
+    hint->setWordWrap(true);
+    layout->addWidget(hint);
+    view = new QTableView(&table);
+    view->horizontalHeader()->setHighlightSections(false);
+    view->setModel(&model);
+    view->verticalHeader()->hide();
+    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    layout->addWidget(view, 1);
+    message = new QLabel(&table);
+    message->setWordWrap(true);
+    message->hide();
+    layout->addWidget(message);
+    layout->addLayout(buttonRow(table));
+}
+
 void RegionTable::build()
 {
     RegionTableControls& controls = *m_controls;
-    auto* const layout = new QVBoxLayout(this);
-    auto* const bar = new QHBoxLayout;
-    if (m_regions) {
-        for (QAction* const action : m_regions->actions()) {
-            auto* const button = new QToolButton(this);
-            button->setDefaultAction(action);
-            bar->addWidget(button);
-        }
-    }
-    controls.sideText = new QLabel(this);
-    controls.side = new QSpinBox(this);
-    controls.side->setRange(0, maxSideBins);
+    controls.build(*this, m_regions ? m_regions->actions() : QList<QAction*>(), *m_model);
     controls.side->setValue(sideBins());
-    controls.sideText->setBuddy(controls.side);
     connect(controls.side, &QSpinBox::valueChanged, this, &RegionTable::setSideBins);
-    bar->addStretch();
-    bar->addWidget(controls.sideText);
-    bar->addWidget(controls.side);
-    layout->addLayout(bar);
-    controls.view = new QTableView(this);
-    controls.view->horizontalHeader()->setHighlightSections(false);
-    controls.view->setModel(m_model);
-    controls.view->verticalHeader()->hide();
-    controls.view->verticalHeader()->setDefaultSectionSize(controls.view->fontMetrics().height() + 6);
     connect(m_model, &QAbstractItemModel::modelReset, this, &RegionTable::showColumns);
     connect(m_model, &RegionTableModel::refused, this, &RegionTable::showMessage);
-    controls.view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    controls.view->setSelectionMode(QAbstractItemView::SingleSelection);
     connect(controls.view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
         [this](const QModelIndex& current) {
             if (m_regions && current.isValid())
                 m_regions->select(m_model->rows()[static_cast<std::size_t>(current.row())].region);
         });
-    controls.hint = new QLabel(this);
-    controls.hint->setWordWrap(true);
-    layout->addWidget(controls.hint);
-    layout->addWidget(controls.view, 1);
-    controls.message = new QLabel(this);
-    controls.message->setWordWrap(true);
-    controls.message->hide();
-    layout->addWidget(controls.message);
-    auto* const buttons = new QHBoxLayout;
-    controls.freeze = new QPushButton(this);
-    controls.freeze->setCheckable(true);
     connect(controls.freeze, &QPushButton::toggled, this, [this](bool on) { on ? freeze() : release(); });
-    controls.copy = new QPushButton(this);
     connect(controls.copy, &QPushButton::clicked, this, &RegionTable::copy);
-    controls.save = new QPushButton(this);
     connect(controls.save, &QPushButton::clicked, this, [this] {
         const QString path = QFileDialog::getSaveFileName(
             this, tr("Save Regions"), QStringLiteral("regions.json"), tr("Regions (*.json)"));
         if (!path.isEmpty())
             showMessage(saveRegions(path));
     });
-    controls.load = new QPushButton(this);
     connect(controls.load, &QPushButton::clicked, this, [this] {
         const QString path = QFileDialog::getOpenFileName(this, tr("Load Regions"), QString(), tr("Regions (*.json)"));
         if (!path.isEmpty())
             showMessage(loadRegions(path));
     });
-    for (QPushButton* const button : { controls.freeze, controls.copy, controls.save, controls.load })
-        buttons->addWidget(button);
-    buttons->addStretch();
-    layout->addLayout(buttons);
     showColumns();
 }
 
