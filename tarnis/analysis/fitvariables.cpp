@@ -111,6 +111,7 @@ private:
     QString apply(const FitConstraint& constraint);
     QString checkTie(const FitConstraint& constraint) const;
     bool useNodes() const;
+    void raiseBackground();
     void addNodes(VariableMap& map) const;
 
     const FitProblem& m_problem;
@@ -190,6 +191,32 @@ bool VariableBuilder::useNodes() const
         && (background == FitBackground::Linear || background == FitBackground::Quadratic);
 }
 
+// The slope of the contents can make a background of a given height negative at an end of the range, where a likelihood
+// is then undefined. The solver finds the way back only from a start that is defined.
+void VariableBuilder::raiseBackground()
+{
+    constexpr double leastPart = 0.05; // of the middle, at the ends
+    const FitBackground background = m_problem.model().background;
+    if (m_mayBeNegative || (background != FitBackground::Linear && background != FitBackground::Quadratic))
+        return;
+    double* const b = m_values.data() + m_layout.background;
+    const double half = 0.5 * (m_problem.upper() - m_problem.lower());
+    double factor = 1.0;
+    for (const double u : { -half, half }) {
+        const double change = backgroundDensity(background, b, u) - b[0];
+        if (b[0] > 0.0 && b[0] + change < leastPart * b[0])
+            factor = std::min(factor, (1.0 - leastPart) * b[0] / -change);
+    }
+    for (int k = 1; k < m_layout.backgrounds; ++k) {
+        const QString& name = m_names[static_cast<std::size_t>(m_layout.background + k)];
+        const auto& constraints = m_problem.model().constraints;
+        const bool isGiven = std::any_of(constraints.begin(), constraints.end(),
+            [&](const FitConstraint& constraint) { return constraint.name == name && constraint.start; });
+        if (!isGiven)
+            b[k] *= factor;
+    }
+}
+
 // b0, b1, b2 from the values at the left end, the right end and, for a parabola, the middle.
 void VariableBuilder::addNodes(VariableMap& map) const
 {
@@ -226,6 +253,8 @@ VariableMap VariableBuilder::build(QString& fault)
             return map;
     }
     const bool nodes = useNodes();
+    if (!nodes)
+        raiseBackground();
     const auto constraintOf = [&](const QString& name) {
         return std::find_if(constraints.begin(), constraints.end(),
             [&](const FitConstraint& c) { return c.name == name && (c.fixed || !c.tiedTo.isEmpty()); });

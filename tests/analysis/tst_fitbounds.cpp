@@ -90,6 +90,7 @@ private Q_SLOTS:
     void reportsABackgroundOfZero_data();
     void reportsABackgroundOfZero();
     void reportsNoBoundOfAFreeBackground();
+    void startsWithAPositiveBackgroundOfFixedHeight();
 };
 
 void TestFitBounds::endsAtMinimaWithinBounds()
@@ -206,6 +207,28 @@ void TestFitBounds::reportsABackgroundOfZero()
     QCOMPARE(slope.atUpper, isLeft);
     QCOMPARE(slope.atLower, isRight);
     QCOMPARE(slope.error > 0.0, isLeft != isRight);
+}
+
+// A peak at the end of the range makes the first estimate of the slope so steep that the line is negative at the other
+// end.
+void TestFitBounds::startsWithAPositiveBackgroundOfFixedHeight()
+{
+    Generator random(8);
+    std::vector<double> counts = countsAround(5.0, random);
+    for (int i = 0; i < bins; ++i)
+        counts[static_cast<std::size_t>(i)] += std::floor(400.0 * std::exp(-0.5 * std::pow((i - 5.0) / 2.0, 2.0)));
+    for (const FitBackground background : { FitBackground::Linear, FitBackground::Quadratic }) {
+        FitModel model;
+        model.background = background;
+        FitConstraint fixed;
+        fixed.name = QStringLiteral("b0");
+        fixed.start = 5.0;
+        fixed.fixed = true;
+        model.constraints.push_back(fixed);
+        const FitResult result = fitSpectrum(viewOf(counts), 0, bins - 1, model);
+        QVERIFY2(result.status == FitStatus::Done, qPrintable(result.message));
+        QVERIFY(std::fabs(result.valueOf(QStringLiteral("centre")) - 5.0) < 0.3);
+    }
 }
 
 void TestFitBounds::reportsNoBoundOfAFreeBackground()
