@@ -2673,6 +2673,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>Copy the Values</source>
         <translation>Werte kopieren</translation>
     </message>
+    <message>
+        <source>Pin the cross first.</source>
+        <translation>Halten Sie zuerst das Kreuz fest.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::PlotExporter</name>
@@ -2810,6 +2814,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>Legend</source>
         <translation>Legende</translation>
     </message>
+    <message>
+        <source>The plot has no curves.</source>
+        <translation>Das Diagramm hat keine Kurven.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::PlotMarkers</name>
@@ -2832,6 +2840,14 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Copy the Table of Markers</source>
         <translation>Tabelle der Marken kopieren</translation>
+    </message>
+    <message>
+        <source>No marker is selected. Click one first.</source>
+        <translation>Keine Marke ist ausgewählt. Klicken Sie zuerst auf eine.</translation>
+    </message>
+    <message>
+        <source>There are no markers.</source>
+        <translation>Es gibt keine Marken.</translation>
     </message>
 </context>
 <context>
@@ -2930,6 +2946,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>Remove the Region</source>
         <translation>Bereich entfernen</translation>
     </message>
+    <message>
+        <source>No region is selected. Click one first.</source>
+        <translation>Kein Bereich ist ausgewählt. Klicken Sie zuerst auf einen.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::PlotRuler</name>
@@ -2940,6 +2960,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Copy the Reading of the Ruler</source>
         <translation>Ablesung des Lineals kopieren</translation>
+    </message>
+    <message>
+        <source>There is no ruler. Switch it on and drag over the plot.</source>
+        <translation>Es gibt kein Lineal. Schalten Sie es ein und ziehen Sie über das Diagramm.</translation>
     </message>
 </context>
 <context>

@@ -209,6 +209,24 @@ private Q_SLOTS:
         QVERIFY(cross->text().isEmpty());
     }
 
+    void escapeSwitchesItOffWhileThePointerIsElsewhere()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        showActive(plot);
+        QVERIFY(cross->isOn() && cross->text().isEmpty());
+        QKeyEvent claim(QEvent::ShortcutOverride, Qt::Key_Escape, Qt::NoModifier);
+        claim.ignore();
+        QCoreApplication::sendEvent(&plot, &claim);
+        QVERIFY(claim.isAccepted());
+        QTest::keyClick(&plot, Qt::Key_Escape);
+        QVERIFY(!cross->isOn());
+        claim.ignore();
+        QCoreApplication::sendEvent(&plot, &claim);
+        QVERIFY(!claim.isAccepted()); // the next one is for the window
+    }
+
     void keysMoveItFromBinToBin()
     {
         VectorGraphWidget plot;

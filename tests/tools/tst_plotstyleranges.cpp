@@ -122,6 +122,22 @@ private Q_SLOTS:
         QVERIFY(hasColour(image, plot, 1.0, 1.0, PlotStyle::seriesColour(PlotStyle::Theme::Light, 0)));
     }
 
+    /// The length of such a range in pixels, or its length itself, is infinite.
+    void theLongestRangesLeaveSpaceForThePlot()
+    {
+        for (const double end : { 1e300, 5e306, 1e308, 1.7e308 }) {
+            VectorGraphWidget plot;
+            fill(plot);
+            const PlotStyle style(&plot);
+            plot.onAutoScaleX(false);
+            plot.setMinMaxX(-end, end);
+            plot.refreshPixmap();
+            grabbed(plot, { 700, 500 });
+            const QRect rect = PlotMapping::of(plot).plotRect();
+            QVERIFY2(rect.width() > 350 && rect.right() < 700, qPrintable(QString::number(rect.width())));
+        }
+    }
+
     void binsAreSquareWhereUnitsAgree()
     {
         XY2DGraphWidget map;

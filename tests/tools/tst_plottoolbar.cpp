@@ -121,6 +121,23 @@ private Q_SLOTS:
         QVERIFY(!m_bar->accessibleName().isEmpty());
     }
 
+    void disabledButtonsSayWhy()
+    {
+        auto* const navigator = new PlotNavigator(m_plot.get());
+        TRY_VERIFY(actionOf(*m_bar, QStringLiteral("back")) != nullptr);
+        QAction* const back = actionOf(*m_bar, QStringLiteral("back"));
+        const QWidget* const button = m_bar->widgetForAction(back);
+        const QString reason = QStringLiteral("There is no earlier view.");
+        QVERIFY(!back->isEnabled());
+        QVERIFY(button->toolTip().endsWith(u'\n' + reason));
+        QVERIFY(button->accessibleDescription().endsWith(reason));
+        navigator->zoomIn();
+        QVERIFY(back->isEnabled());
+        QVERIFY(!button->toolTip().contains(reason));
+        navigator->goBack();
+        QVERIFY(button->toolTip().endsWith(reason));
+    }
+
     void followsTheLanguage()
     {
         m_bar->show();

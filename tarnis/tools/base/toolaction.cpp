@@ -90,7 +90,15 @@ void ToolAction::showKeys(std::initializer_list<QKeySequence> keys)
 void ToolAction::describe()
 {
     const QString keys = QKeySequence::listToString(shortcuts(), QKeySequence::NativeText);
-    setToolTip(keys.isEmpty() ? text() : QStringLiteral("%1 (%2)").arg(text(), keys));
+    const QString tip = keys.isEmpty() ? text() : QStringLiteral("%1 (%2)").arg(text(), keys);
+    setToolTip(m_reason == nullptr ? tip : QStringLiteral("%1\n%2").arg(tip, m_reason()));
+}
+
+void ToolAction::setUsable(bool usable, ActionText reason)
+{
+    m_reason = usable ? nullptr : reason;
+    setEnabled(usable);
+    describe();
 }
 
 bool ToolAction::event(QEvent* event)
@@ -100,6 +108,11 @@ bool ToolAction::event(QEvent* event)
         describe();
     }
     return QAction::event(event);
+}
+
+void setUsable(QAction* action, bool usable, ActionText reason)
+{
+    static_cast<ToolAction*>(action)->setUsable(usable, reason);
 }
 
 QAction* addMenuChoice(QMenu& menu, QActionGroup& group, const QString& text, bool isChecked)

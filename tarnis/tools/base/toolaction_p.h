@@ -41,6 +41,8 @@ public:
 
     /// Shows the keys in menus and tool tips. The first one is the main key. The keys do not trigger the action.
     void showKeys(std::initializer_list<QKeySequence> keys);
+    /// Enables or disables the action. While it is disabled, its tool tip shows the reason.
+    void setUsable(bool usable, ActionText reason);
 
 protected:
     bool event(QEvent* event) override;
@@ -49,6 +51,10 @@ private:
     void describe();
 
     ActionText m_text;
+    ActionText m_reason = nullptr; // of a disabled action
 };
+
+/// ToolAction::setUsable() of an action that is one.
+void setUsable(QAction* action, bool usable, ActionText reason);
 
 } // namespace tarnis

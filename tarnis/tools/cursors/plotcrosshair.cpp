@@ -250,7 +250,7 @@ void PlotCrosshair::handleLeave()
 
 bool PlotCrosshair::claimsKey(const QKeyEvent& event) const
 {
-    return isShown() && (event.key() == Qt::Key_Escape || event.matches(QKeySequence::Copy));
+    return (isShown() && event.matches(QKeySequence::Copy)) || ((isShown() || m_isOn) && event.key() == Qt::Key_Escape);
 }
 
 bool PlotCrosshair::handleKey(const QKeyEvent& event)
@@ -262,6 +262,13 @@ bool PlotCrosshair::handleKey(const QKeyEvent& event)
     }
     if (m_isOn && moveBy(binsOfKey(event)))
         return true;
+    if (event.key() == Qt::Key_Escape && isPlain && (isShown() || m_isOn)) { // also while the pointer is elsewhere
+        if (m_isPinned)
+            release();
+        else
+            setOn(false);
+        return true;
+    }
     if (!isShown())
         return false;
     if (event.matches(QKeySequence::Copy)) {
@@ -270,13 +277,6 @@ bool PlotCrosshair::handleKey(const QKeyEvent& event)
     }
     if (event.key() == Qt::Key_P && isPlain) {
         togglePin();
-        return true;
-    }
-    if (event.key() == Qt::Key_Escape && isPlain) {
-        if (m_isPinned)
-            release();
-        else
-            setOn(false);
         return true;
     }
     return false;

@@ -82,7 +82,8 @@ void PlotCrosshair::updateActions()
 {
     m_switch->setChecked(m_isOn);
     m_pinSwitch->setChecked(m_isPinned);
-    m_copy->setEnabled(m_isPinned); // the pointer is not over the plot while an action is triggered
+    // The pointer is not over the plot while an action is triggered.
+    setUsable(m_copy, m_isPinned, [] { return PlotCrosshair::tr("Pin the cross first."); });
 }
 
 QList<QAction*> PlotCrosshair::actions() const

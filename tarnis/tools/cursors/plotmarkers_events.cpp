@@ -366,8 +366,8 @@ void PlotMarkers::makeActions()
 void PlotMarkers::updateActions()
 {
     m_switch->setChecked(m_isOn);
-    m_remove->setEnabled(m_selected >= 0);
-    m_copy->setEnabled(!m_markers.isEmpty());
+    setUsable(m_remove, m_selected >= 0, [] { return PlotMarkers::tr("No marker is selected. Click one first."); });
+    setUsable(m_copy, !m_markers.isEmpty(), [] { return PlotMarkers::tr("There are no markers."); });
 }
 
 QList<QAction*> PlotMarkers::actions() const

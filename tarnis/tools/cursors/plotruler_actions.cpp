@@ -52,7 +52,7 @@ void PlotRuler::makeActions()
 void PlotRuler::updateActions()
 {
     m_switch->setChecked(m_isOn);
-    m_copy->setEnabled(m_isSet);
+    setUsable(m_copy, m_isSet, [] { return PlotRuler::tr("There is no ruler. Switch it on and drag over the plot."); });
 }
 
 QList<QAction*> PlotRuler::actions() const

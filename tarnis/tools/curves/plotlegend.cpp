@@ -116,7 +116,7 @@ PlotLegend::PlotLegend(XYGraphWidget* plot)
     static_cast<ToolAction*>(m_switch)->showKeys({ QKeySequence(Qt::SHIFT | Qt::Key_L) });
     m_switch->setCheckable(true);
     m_switch->setChecked(true);
-    m_switch->setEnabled(curves() != nullptr);
+    setUsable(m_switch, curves() != nullptr, [] { return PlotLegend::tr("The plot has no curves."); });
     connect(m_switch, &QAction::triggered, this, &PlotLegend::setVisible);
 }
 

@@ -115,8 +115,8 @@ void PlotNavigator::makeActions()
 
 void PlotNavigator::updateActions()
 {
-    m_data->back->setEnabled(canGoBack());
-    m_data->forward->setEnabled(canGoForward());
+    setUsable(m_data->back, canGoBack(), [] { return PlotNavigator::tr("There is no earlier view."); });
+    setUsable(m_data->forward, canGoForward(), [] { return PlotNavigator::tr("There is no later view."); });
     if (plot() == nullptr)
         return;
     m_data->log->setChecked(m_data->view.state().logScale);

@@ -56,6 +56,11 @@ void drawRemoval(QPainter& painter, const IconInk& ink)
     painter.drawLine(QPointF(14.5, 7.0), QPointF(8.0, 14.0));
 }
 
+QString noSelection()
+{
+    return PlotRegions::tr("No region is selected. Click one first.");
+}
+
 } // namespace
 
 QString PlotRegions::Internals::freeName() const
@@ -100,7 +105,7 @@ void PlotRegions::makeActions()
     auto* const removal = new ToolAction(
         this, "regionRemove", [] { return PlotRegions::tr("Remove the Region"); }, drawRemoval);
     removal->showKeys({ Qt::Key_Delete });
-    removal->setEnabled(false);
+    removal->setUsable(false, noSelection);
     connect(removal, &QAction::triggered, this, &PlotRegions::removeSelected);
     m_data->actions << removal;
     m_data->removeAction = removal;
@@ -178,7 +183,7 @@ void PlotRegions::select(int index)
     if (valid == m_data->selected)
         return;
     m_data->selected = valid;
-    m_data->removeAction->setEnabled(valid >= 0);
+    setUsable(m_data->removeAction, valid >= 0, noSelection);
     updateOverlay();
     Q_EMIT selectionChanged(valid);
 }
