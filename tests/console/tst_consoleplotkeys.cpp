@@ -205,9 +205,9 @@ private Q_SLOTS:
         auto& map = *full.fixture.open<Graph2DDialog>("map")->getGraphWidget();
         const QColor before = XY2DGraphWidget::colMax;
         takeKeyboard(map);
-        MenuDriver hand(QStringLiteral("Pattern - YellowHot"));
+        MenuDriver driver(QStringLiteral("Pattern - YellowHot"));
         chooseTool(map, QStringLiteral("Colours..."));
-        TRY_VERIFY(hand.hasChosen());
+        TRY_VERIFY(driver.hasChosen());
         QVERIFY(XY2DGraphWidget::colMax != before);
         map.onPatternRainbow1();
     }

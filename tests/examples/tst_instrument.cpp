@@ -63,9 +63,9 @@ bool hasGrownLessThan(qint64 mebibytes, qint64 before)
 }
 
 /// The window and the actions of its user.
-class Hand {
+class InstrumentUser {
 public:
-    Hand()
+    InstrumentUser()
         : m_window(std::make_unique<Instrument>(quickPolls(), impatient()))
     {
         m_window->resize(900, 600);
@@ -121,15 +121,15 @@ private Q_SLOTS:
 
     void revertsEditedSettings()
     {
-        Hand hand;
-        hand.window().open(SIMSERVER_PATH);
-        QAbstractItemModel* const model = hand.window().findChild<QTableView*>()->model();
+        InstrumentUser user;
+        user.window().open(SIMSERVER_PATH);
+        QAbstractItemModel* const model = user.window().findChild<QTableView*>()->model();
         QVERIFY(eventually([&] { return model->rowCount() > 0; }));
         const auto value = [&] { return model->index(0, SettingsModel::Value).data().toString(); };
         const QString before = value();
         QVERIFY(model->setData(model->index(0, SettingsModel::Value), before + '1', Qt::EditRole));
         QCOMPARE(value(), before + '1');
-        for (QPushButton* const button : hand.window().findChildren<QPushButton*>()) {
+        for (QPushButton* const button : user.window().findChildren<QPushButton*>()) {
             if (button->text() == "Re&vert")
                 button->click();
         }
@@ -139,10 +139,10 @@ private Q_SLOTS:
     void operatesALocalServer()
     {
         qputenv("TARNIS_SIMSERVER_OPTIONS", "--rate 1000");
-        Hand hand;
-        hand.window().open(SIMSERVER_PATH);
-        QVERIFY(eventually([&] { return hand.spectrum().state() == State::Current; }));
-        const QList<QAction*> actions = hand.window().findChildren<QAction*>();
+        InstrumentUser user;
+        user.window().open(SIMSERVER_PATH);
+        QVERIFY(eventually([&] { return user.spectrum().state() == State::Current; }));
+        const QList<QAction*> actions = user.window().findChildren<QAction*>();
         const auto press = [&](const QString& text) {
             for (QAction* const action : actions) {
                 if (action->text() == text && action->isEnabled())
@@ -150,17 +150,17 @@ private Q_SLOTS:
             }
         };
         press("&Start run");
-        QVERIFY(eventually([&] { return hand.ends("start") == 1; }));
-        QVERIFY(eventually([&] { return hand.image().last().maximum > 0.0; }));
-        auto* const settings = dynamic_cast<SettingsModel*>(hand.window().findChild<QTableView*>()->model());
+        QVERIFY(eventually([&] { return user.ends("start") == 1; }));
+        QVERIFY(eventually([&] { return user.image().last().maximum > 0.0; }));
+        auto* const settings = dynamic_cast<SettingsModel*>(user.window().findChild<QTableView*>()->model());
         QVERIFY(eventually([&] { return settings->serverValue("rate") == "1000"; }));
         settings->setValue("rate", "2000");
         settings->setValue("modules", "none");
         settings->send();
-        QVERIFY(eventually([&] { return !hand.log().filter("Settings: 1 accepted, 1 refused").isEmpty(); }));
-        QVERIFY(!hand.log().filter("modules was not set: ").isEmpty());
+        QVERIFY(eventually([&] { return !user.log().filter("Settings: 1 accepted, 1 refused").isEmpty(); }));
+        QVERIFY(!user.log().filter("modules was not set: ").isEmpty());
         press("S&top run");
-        QVERIFY(eventually([&] { return hand.isDone("stop"); }));
+        QVERIFY(eventually([&] { return user.isDone("stop"); }));
     }
 
     void survivesFaults_data()
@@ -178,26 +178,26 @@ private Q_SLOTS:
         QVERIFY(eventually([&] { return process.port() != 0; }));
         Client control(quickPolls().client);
         control.connectTo("127.0.0.1", process.port());
-        Hand hand;
-        hand.window().open(QString("127.0.0.1:%1").arg(process.port()));
-        QVERIFY(eventually([&] { return hand.image().state() == State::Current; }));
+        InstrumentUser user;
+        user.window().open(QString("127.0.0.1:%1").arg(process.port()));
+        QVERIFY(eventually([&] { return user.image().state() == State::Current; }));
         const qint64 before = residentBytes();
 
         const auto set = control.request(QString::fromLatin1("fault " + fault + " delay:5"));
         QVERIFY(eventually([&] { return set.isFinished(); }));
         for (int i = 0; i < commandCount; ++i)
-            hand.window().send(QString("help c%1").arg(i));
+            user.window().send(QString("help c%1").arg(i));
         for (int i = 0; i < commandCount; ++i)
-            QVERIFY(eventually([&] { return hand.ends(QString("help c%1").arg(i)) == 1; }));
+            QVERIFY(eventually([&] { return user.ends(QString("help c%1").arg(i)) == 1; }));
         QVERIFY(hasGrownLessThan(64, before));
 
         const auto cleared = control.request("fault none");
         QVERIFY(eventually([&] { return cleared.isFinished(); }));
         // A reply still outstanding from before the end of the fault may make one command fail.
-        QVERIFY(eventually([&] { return hand.isAlive(); }));
+        QVERIFY(eventually([&] { return user.isAlive(); }));
         for (int i = 0; i < commandCount; ++i)
-            QCOMPARE(hand.ends(QString("help c%1").arg(i)), 1);
-        QVERIFY(eventually([&] { return hand.spectrum().state() == State::Current; }));
+            QCOMPARE(user.ends(QString("help c%1").arg(i)), 1);
+        QVERIFY(eventually([&] { return user.spectrum().state() == State::Current; }));
     }
 
     void reportsServersThatDoNotStart_data()
@@ -210,12 +210,12 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, fault);
         qputenv("TARNIS_SIMSERVER_OPTIONS", "--fault " + fault);
-        Hand hand;
-        hand.window().open(SIMSERVER_PATH);
-        hand.window().send("stat");
-        QVERIFY(eventually([&] { return !hand.log().filter("Failed: ").isEmpty(); }));
-        QVERIFY(eventually([&] { return hand.ends("stat") == 1; }));
-        QVERIFY(!hand.isDone("stat"));
+        InstrumentUser user;
+        user.window().open(SIMSERVER_PATH);
+        user.window().send("stat");
+        QVERIFY(eventually([&] { return !user.log().filter("Failed: ").isEmpty(); }));
+        QVERIFY(eventually([&] { return user.ends("stat") == 1; }));
+        QVERIFY(!user.isDone("stat"));
     }
 
     void survivesScripts_data()
@@ -244,17 +244,17 @@ private Q_SLOTS:
             return answer;
         });
         const quint16 port = kind == 0 ? ScriptedServer::closedPort() : server.port();
-        Hand hand;
+        InstrumentUser user;
         const qint64 before = residentBytes();
-        hand.window().open(QString("127.0.0.1:%1").arg(port));
+        user.window().open(QString("127.0.0.1:%1").arg(port));
         if (kind != 0 && kind != 5)
-            QVERIFY(eventually([&] { return hand.spectrum().state() == State::Failed; }));
+            QVERIFY(eventually([&] { return user.spectrum().state() == State::Failed; }));
         for (int i = 0; i < commandCount; ++i)
-            hand.window().send(QString("c%1").arg(i));
+            user.window().send(QString("c%1").arg(i));
         for (int i = 0; i < commandCount; ++i)
-            QVERIFY(eventually([&] { return hand.ends(QString("c%1").arg(i)) == 1; }));
+            QVERIFY(eventually([&] { return user.ends(QString("c%1").arg(i)) == 1; }));
         QVERIFY(hasGrownLessThan(192, before)); // the server's own copies included
-        const QList<QLabel*> labels = hand.window().findChildren<QLabel*>();
+        const QList<QLabel*> labels = user.window().findChildren<QLabel*>();
         for (const QLabel* const label : labels)
             QVERIFY2(label->textFormat() == Qt::PlainText || !label->text().contains('<'), qPrintable(label->text()));
     }

@@ -53,7 +53,7 @@ public:
         }
     }
     /// Sets a graph with round pixel coordinates, and paints the overlay.
-    void lay()
+    void useRoundPixels()
     {
         m_graphRect = QRect(50, 40, 200, 160);
         QImage image(size(), QImage::Format_RGB32);
@@ -63,12 +63,12 @@ public:
     void switchOn()
     {
         m_act1dCut->setChecked(true);
-        lay();
+        useRoundPixels();
     }
     void setCut(double minX, double maxX, double minY, double maxY)
     {
         update1dCutRectSimply(minX, maxX, minY, maxY);
-        lay();
+        useRoundPixels();
     }
     QRectF cut() const { return { QPointF(m_cutMinX, m_cutMinY), QPointF(m_cutMaxX, m_cutMaxY) }; }
     CutState cutState() const { return { m_cutMinX, m_cutMaxX, m_cutMinY, m_cutMaxY, m_1dCutActive, m_1dCutInside }; }

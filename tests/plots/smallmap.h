@@ -21,12 +21,12 @@ public:
         resize(400, 300);
         setData(0, { 1.0, 2.0, 3.0 }, 3.0, false);
         setData(1, { 0.0, -4.0, 1234567.0 }, 1234567.0, false);
-        // The labels of the bar ask for their room while it is painted.
+        // The labels of the bar request their space while it is painted.
         for (int i = 0; i < 2; ++i)
             delete XY2DGraphWidget::toPixmap();
     }
     /// Sets a graph with round pixel coordinates.
-    void lay()
+    void useRoundPixels()
     {
         show();
         QCoreApplication::processEvents(); // paints
@@ -50,5 +50,12 @@ public:
     QWidget* windowX() const { return m_cutXWindows.map.value(nullptr); }
     QWidget* windowY() const { return m_cutYWindows.map.value(nullptr); }
 };
+
+/// Resets the colours that all plots share.
+inline void resetColours()
+{
+    Plot().onPatternRainbow1();
+    XYGraphWidget::m_backGroundColor = Qt::black;
+}
 
 } // namespace tarnis::testing

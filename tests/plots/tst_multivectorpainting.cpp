@@ -41,13 +41,13 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.show();
-        PlotMouse hand(plot);
+        PlotMouse mouse(plot);
         plot.wasRefreshed();
-        QVERIFY(hand.pick(QStringLiteral("Column Chart")));
+        QVERIFY(mouse.pick(QStringLiteral("Column Chart")));
         QVERIFY(plot.m_columnChart && plot.wasRefreshed());
-        QVERIFY(hand.pick(QStringLiteral("Connect Points")));
+        QVERIFY(mouse.pick(QStringLiteral("Connect Points")));
         QVERIFY(!plot.m_connectPoints && plot.wasRefreshed());
-        QVERIFY(hand.pick(QStringLiteral("Column Chart")));
+        QVERIFY(mouse.pick(QStringLiteral("Column Chart")));
         QVERIFY(!plot.m_columnChart);
     }
 
@@ -146,15 +146,15 @@ private Q_SLOTS:
         plot.setMinMaxY(0.0, 100.0);
         plot.show();
         plot.picture();
-        PlotMouse hand(plot);
-        hand.move(plot.calcWidgetPoint(QPoint(30, 75)) + QPoint(1, 0));
+        PlotMouse mouse(plot);
+        mouse.move(plot.calcWidgetPoint(QPoint(30, 75)) + QPoint(1, 0));
         TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:5 Channel:30 i:80"));
-        hand.move(plot.calcWidgetPoint(QPoint(60, 15)) + QPoint(1, 0));
+        mouse.move(plot.calcWidgetPoint(QPoint(60, 15)) + QPoint(1, 0));
         TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:60 i:10"));
         plot.setDecimalX(2);
-        hand.move(plot.calcWidgetPoint(QPoint(61, 15)) + QPoint(1, 0));
+        mouse.move(plot.calcWidgetPoint(QPoint(61, 15)) + QPoint(1, 0));
         TRY_COMPARE(QToolTip::text(), QStringLiteral("Module:4 Channel:61.5 i:10"));
-        hand.move(QPoint(2, 2));
+        mouse.move(QPoint(2, 2));
         TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     }
 
@@ -176,10 +176,10 @@ private Q_SLOTS:
         plot.initManualX(0.0, 100.0);
         plot.show();
         plot.picture();
-        PlotMouse hand(plot);
-        hand.move(plot.m_graphRect.center());
+        PlotMouse mouse(plot);
+        mouse.move(plot.m_graphRect.center());
         TRY_VERIFY(QToolTip::text().endsWith(QStringLiteral(" i:90")));
-        hand.move(QPoint(2, 2));
+        mouse.move(QPoint(2, 2));
     }
 
     void tracesDifferentLengthsOfHiddenSumsToo()
@@ -198,7 +198,7 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.show();
-        PlotMouse hand(plot);
+        PlotMouse mouse(plot);
         for (const double odd : { 0.0, -1.0, 1e308, -1e308, 5e-324, std::nan(""), HUGE_VAL, -HUGE_VAL }) {
             plot.initMode(true, true);
             plot.setData(0, { odd, 1.0, odd, 5.0 }, odd);
@@ -210,7 +210,7 @@ private Q_SLOTS:
                 plot.setAddType(static_cast<MultiVectorGraphWidget::AddType>(form / 3));
                 plot.picture();
                 plot.peakSearch(20, 3, true);
-                hand.move(plot.m_graphRect.center() + QPoint(form, 0));
+                mouse.move(plot.m_graphRect.center() + QPoint(form, 0));
             }
             plot.setMinMaxX(odd, 5.0);
             plot.setMinMaxY(odd, odd);
@@ -218,10 +218,10 @@ private Q_SLOTS:
             plot.initManualX(odd, odd);
             plot.picture();
             plot.peakSearch(20, 3, true);
-            hand.move(plot.m_graphRect.center());
+            mouse.move(plot.m_graphRect.center());
             plot.init(QString(), QString(), 10.0, 10.0, true, true);
         }
-        hand.move(QPoint(2, 2));
+        mouse.move(QPoint(2, 2));
     }
 };
 

@@ -232,12 +232,12 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.m_actMove->trigger();
-        PlotMouse hand(plot);
-        hand.press(QPoint(150, 120));
-        hand.move(QPoint(110, 120));
+        PlotMouse mouse(plot);
+        mouse.press(QPoint(150, 120));
+        mouse.move(QPoint(110, 120));
         QCOMPARE(plot.m_minX, 2.0);
         QCOMPARE((plot.plotX()->*(&CutView::m_index)).constFirst(), 2.0);
-        hand.release(QPoint(110, 120));
+        mouse.release(QPoint(110, 120));
     }
 
     // Ranges

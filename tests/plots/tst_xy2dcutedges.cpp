@@ -105,13 +105,13 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotMouse hand(plot);
-        hand.press(QPoint(90, 140));
+        PlotMouse mouse(plot);
+        mouse.press(QPoint(90, 140));
         plot.wasRefreshed();
-        hand.move(QPoint(120, 140));
+        mouse.move(QPoint(120, 140));
         QCOMPARE(plot.cut(), rect(2, 6, 1, 5));
         QVERIFY(!plot.wasRefreshed());
-        hand.release(QPoint(120, 140));
+        mouse.release(QPoint(120, 140));
         QVERIFY(plot.wasRefreshed());
     }
 
@@ -165,7 +165,7 @@ private Q_SLOTS:
         plot.setMinMaxX(1.0, 9.0);
         plot.setCut(2.0, 6.0, 1.0, 5.0);
         for (const char* text : { "0.99", "9.01", "1e99", "nan" }) {
-            plot.lay();
+            plot.useRoundPixels();
             PlotMouse(plot).press(QPoint(plot.m_cutPixelRect.left(), 140), Qt::RightButton);
             QVERIFY(plot.m_edit);
             plot.m_edit->setText(text);
@@ -182,13 +182,13 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotMouse hand(plot);
-        hand.press(QPoint(90, 140), Qt::RightButton);
+        PlotMouse mouse(plot);
+        mouse.press(QPoint(90, 140), Qt::RightButton);
         const QPointer<QLineEdit> first = plot.m_edit;
-        hand.press(QPoint(169, 140), Qt::RightButton); // another edge, another editor
+        mouse.press(QPoint(169, 140), Qt::RightButton); // another edge, another editor
         QVERIFY(plot.m_edit && plot.m_edit != first);
         QCOMPARE(plot.m_edit->text(), QString("6"));
-        hand.press(QPoint(130, 140)); // beside all edges
+        mouse.press(QPoint(130, 140)); // beside all edges
         QVERIFY(plot.m_edit == nullptr);
         QCOMPARE(plot.cut(), rect(2, 6, 1, 5));
     }
@@ -199,11 +199,11 @@ private Q_SLOTS:
         plot.fill();
         plot.switchOn();
         plot.setCut(2.0, 6.0, 1.0, 5.0);
-        PlotMouse hand(plot);
-        hand.press(QPoint(90, 140), Qt::RightButton);
-        hand.release(QPoint(90, 140), Qt::RightButton);
+        PlotMouse mouse(plot);
+        mouse.press(QPoint(90, 140), Qt::RightButton);
+        mouse.release(QPoint(90, 140), Qt::RightButton);
         QVERIFY(plot.m_edit);
-        hand.release(QPoint(150, 140)); // of the left button
+        mouse.release(QPoint(150, 140)); // of the left button
         QVERIFY(plot.m_edit == nullptr);
         QCOMPARE(plot.m_cutDragEdge, 1);
         QCOMPARE(plot.cut(), rect(2, 6, 1, 5));

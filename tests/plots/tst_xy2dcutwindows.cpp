@@ -400,7 +400,7 @@ private Q_SLOTS:
         plot.switchOn();
         plot.update1dCutRect(-1e300, 1e300, std::nan(""), 1e300);
         plot.update1dCutRectSimply(-1e300, 1e300, -1e300, 1e300);
-        plot.lay();
+        plot.useRoundPixels();
         plot.windowX()->grab();
         plot.windowY()->grab();
         QVERIFY(plot.hasAllWindows());

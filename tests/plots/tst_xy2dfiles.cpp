@@ -46,28 +46,24 @@ private Q_SLOTS:
         setSaveFilePath(folder.path() + '/');
     }
 
-    void cleanup()
-    {
-        Plot().onPatternRainbow1();
-        XYGraphWidget::m_backGroundColor = Qt::black;
-    }
+    void cleanup() { resetColours(); }
 
     void readOutFollowsTheMouse()
     {
         Plot plot;
-        plot.lay();
-        PlotMouse hand(plot);
-        hand.move(QPoint(101, 85));
+        plot.useRoundPixels();
+        PlotMouse mouse(plot);
+        mouse.move(QPoint(101, 85));
         QCOMPARE(QToolTip::text(), QString("x:10 y:-5 i:1"));
         QVERIFY(QToolTip::isVisible());
-        hand.move(QPoint(125, 85));
+        mouse.move(QPoint(125, 85));
         QCOMPARE(QToolTip::text(), QString("x:12 y:-5 i:2"));
         plot.setDecimalX(2);
         plot.setDecimalY(1);
-        hand.move(QPoint(155, 55));
+        mouse.move(QPoint(155, 55));
         QCOMPARE(QToolTip::text(), QString("x:15 y:2.5 i:1.23457e+06"));
         plot.setDecimalX(0);
-        hand.move(QPoint(154, 55));
+        mouse.move(QPoint(154, 55));
         QCOMPARE(QToolTip::text(), QString("x:14 y:2.5 i:1.23457e+06"));
     }
 
@@ -86,11 +82,11 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, point);
         Plot plot;
-        plot.lay();
-        PlotMouse hand(plot);
-        hand.move(QPoint(125, 85));
+        plot.useRoundPixels();
+        PlotMouse mouse(plot);
+        mouse.move(QPoint(125, 85));
         QVERIFY(!QToolTip::text().isEmpty());
-        hand.move(point);
+        mouse.move(point);
         TRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     }
 
@@ -98,7 +94,7 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.clearData();
-        plot.lay();
+        plot.useRoundPixels();
         PlotMouse(plot).move(QPoint(125, 85));
         QVERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     }

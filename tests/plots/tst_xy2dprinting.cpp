@@ -38,11 +38,7 @@ private Q_SLOTS:
         setSaveFilePath(folder.path() + '/');
     }
 
-    void cleanup()
-    {
-        Plot().onPatternRainbow1();
-        XYGraphWidget::m_backGroundColor = Qt::black;
-    }
+    void cleanup() { resetColours(); }
 
     void printsThePlotAlone_data()
     {

@@ -60,7 +60,7 @@ private Q_SLOTS:
     {
         setNumberFormat('g', 6);
         plot = std::make_unique<Plot>();
-        hand = std::make_unique<tarnis::testing::PlotMouse>(*plot);
+        mouse = std::make_unique<tarnis::testing::PlotMouse>(*plot);
         QVERIFY(QTest::qWaitForWindowExposed(plot.get()));
         plot->wasRefreshed();
         plot->calls.clear();
@@ -68,7 +68,7 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        hand.reset();
+        mouse.reset();
         plot.reset();
         setNumberFormat('g', 6);
     }
@@ -101,10 +101,10 @@ private Q_SLOTS:
     {
         const QRect label = plot->m_labelRectMaxX; // no other label is near
         for (const QPoint& edge : { label.topLeft(), label.bottomRight(), QPoint(label.center().x(), label.top()) }) {
-            hand->click(edge);
+            mouse->click(edge);
             QVERIFY(plot->m_edit == nullptr);
         }
-        hand->click(label.topLeft() + QPoint(1, 1));
+        mouse->click(label.topLeft() + QPoint(1, 1));
         QVERIFY(plot->m_edit != nullptr);
     }
 
@@ -126,7 +126,7 @@ private Q_SLOTS:
             QVERIFY(openEditor(MaxX) == nullptr);
         }
         plot->m_actMove->trigger();
-        hand->click(plot->m_labelRectMaxX.center(), Qt::MiddleButton);
+        mouse->click(plot->m_labelRectMaxX.center(), Qt::MiddleButton);
         QVERIFY(plot->m_edit == nullptr);
         QVERIFY(openEditor(MaxX) != nullptr);
     }
@@ -140,7 +140,7 @@ private Q_SLOTS:
             const QLineEdit* edit = openEditor(end);
             QVERIFY(edit != nullptr);
             QVERIFY(plot->rect().contains(edit->geometry()));
-            hand->press(plot->m_graphRect.center());
+            mouse->press(plot->m_graphRect.center());
         }
     }
 
@@ -304,7 +304,7 @@ private Q_SLOTS:
             const QPointer<QLineEdit> edit = openEditor(MaxX);
             QVERIFY(edit);
             QTest::keyClicks(edit, "7");
-            hand->press(plot->m_graphRect.center(), button);
+            mouse->press(plot->m_graphRect.center(), button);
             QVERIFY(plot->m_edit == nullptr);
             TRY_VERIFY(edit.isNull());
             QCOMPARE(plot->m_maxX, 1000.0);
@@ -317,7 +317,7 @@ private Q_SLOTS:
     {
         plot->m_actZoomIn->trigger();
         QVERIFY(openEditor(MaxX) != nullptr);
-        hand->press(plot->m_graphRect.center());
+        mouse->press(plot->m_graphRect.center());
         QVERIFY(plot->m_edit == nullptr);
         QVERIFY(plot->m_maxX < 1000.0);
     }
@@ -325,7 +325,7 @@ private Q_SLOTS:
     void oneEditorAtATime()
     {
         const QLineEdit* edit = openEditor(MaxX);
-        hand->release(plot->m_labelRectMinX.center()); // a release without a press of its own
+        mouse->release(plot->m_labelRectMinX.center()); // a release without a press of its own
         QCOMPARE(plot->m_edit, edit);
         QVERIFY(openEditor(MinX) != nullptr); // press and release: the first one closes, the second one opens
         QCOMPARE(plot->m_edit->text(), QString("0"));
@@ -405,7 +405,7 @@ private Q_SLOTS:
 private:
     QLineEdit* openEditor(int end)
     {
-        hand->click(labelOf(*plot, end).center());
+        mouse->click(labelOf(*plot, end).center());
         return plot->m_edit;
     }
     void type(const QString& text)
@@ -418,7 +418,7 @@ private:
     }
 
     std::unique_ptr<Plot> plot;
-    std::unique_ptr<tarnis::testing::PlotMouse> hand;
+    std::unique_ptr<tarnis::testing::PlotMouse> mouse;
 };
 
 QTEST_MAIN(TestXYGraphEdit)

@@ -137,8 +137,8 @@ private Q_SLOTS:
             QCOMPARE(dialog->parentWidget(), &plot);
             dialog->reject();
         } });
-        tarnis::testing::PlotMouse hand(plot);
-        QVERIFY(hand.pick("Save PNG..."));
+        tarnis::testing::PlotMouse mouse(plot);
+        QVERIFY(mouse.pick("Save PNG..."));
         QVERIFY(watchdog.isContent());
     }
 
@@ -252,8 +252,8 @@ private Q_SLOTS:
             QCOMPARE(window.parentWidget(), &plot);
             print(folder.filePath("order.pdf"))(window);
         } });
-        tarnis::testing::PlotMouse hand(plot);
-        QVERIFY(hand.pick("Print..."));
+        tarnis::testing::PlotMouse mouse(plot);
+        QVERIFY(mouse.pick("Print..."));
         QVERIFY(watchdog.isContent());
         QCOMPARE(order, (QStringList { "dialog", "picture with 0 painters" }));
         QCOMPARE(page.painters, 1);

@@ -356,12 +356,12 @@ private Q_SLOTS:
         QCOMPARE(cleared.count(), 1);
         QCOMPARE(selected.count(), 0);
         plot.SetXRange(1.0, 2.0);
-        tarnis::testing::PlotMouse hand(plot);
-        QVERIFY(hand.pick("Clear X Range"));
+        tarnis::testing::PlotMouse mouse(plot);
+        QVERIFY(mouse.pick("Clear X Range"));
         QCOMPARE(cleared.count(), 2);
         QCOMPARE(selected.last(), (QVariantList { 0.0, 0.0 }));
         QCOMPARE(rangeOf(plot), Range());
-        QVERIFY(!hand.pick("Clear X Range")); // disabled now
+        QVERIFY(!mouse.pick("Clear X Range")); // disabled now
     }
 
     void rangeStaysAfterTheToolIsOff()
@@ -378,11 +378,11 @@ private Q_SLOTS:
         Plot plot;
         plot.show();
         plot.SetEnableSelectXRangeFeature(true, "X");
-        tarnis::testing::PlotMouse hand(plot);
-        QVERIFY(hand.pick("Select X Range"));
+        tarnis::testing::PlotMouse mouse(plot);
+        QVERIFY(mouse.pick("Select X Range"));
         QSignalSpy selected(&plot, &XYGraphWidget::xRangeSelected);
         const QRect graph = plot.m_graphRect;
-        hand.drag(QPoint(graph.left() + 50, graph.center().y()), QPoint(graph.left() + 149, graph.center().y() + 5));
+        mouse.drag(QPoint(graph.left() + 50, graph.center().y()), QPoint(graph.left() + 149, graph.center().y() + 5));
         QCOMPARE(selected.count(), 1);
         QCOMPARE(selected.first().at(0).toDouble(), 50.0 * 1000.0 / graph.width());
         QVERIFY(qFuzzyCompare(selected.first().at(1).toDouble(), 150.0 * 1000.0 / graph.width()));

@@ -28,7 +28,7 @@ inline void setRandomRow(XY2DGraphWidget& map, Generator& random)
 template <typename Tool> void attachUnderLiveRows(XY2DGraphWidget& map, Generator& random)
 {
     std::unique_ptr<Tool> tool;
-    PlotMouse hand(map);
+    PlotMouse mouse(map);
     for (int i = 0; i < 400; ++i) {
         setRandomRow(map, random);
         const QPoint at(whole(random, 0, map.width()), whole(random, 0, map.height()));
@@ -41,21 +41,21 @@ template <typename Tool> void attachUnderLiveRows(XY2DGraphWidget& map, Generato
                 tool->setOn(chance(random, 0.75));
             break;
         case 2:
-            hand.press(at);
+            mouse.press(at);
             break;
         case 3:
-            hand.release(at);
+            mouse.release(at);
             break;
         case 4:
             QCoreApplication::processEvents();
             break;
         default:
-            hand.move(at);
+            mouse.move(at);
         }
         map.grab();
     }
     tool.reset();
-    hand.release(QPoint(1, 1));
+    mouse.release(QPoint(1, 1));
 }
 
 } // namespace tarnis::testing

@@ -246,8 +246,8 @@ private Q_SLOTS:
         const int span = strip->height() - 2 * edge;
         const QPoint upper(strip->width() / 2, edge + static_cast<int>(span * 0.03));
         const QSignalSpy changed(levels, &ColourLevels::levelsChanged);
-        PlotMouse hand(*strip);
-        hand.drag(upper, upper + QPoint(0, span / 2));
+        PlotMouse mouse(*strip);
+        mouse.drag(upper, upper + QPoint(0, span / 2));
         QCOMPARE(levels->mode(), ColourLevels::Mode::Held);
         QVERIFY2(levels->upper() > 40 && levels->upper() < 60, qPrintable(QString::number(levels->upper())));
         QCOMPARE(levels->lower(), 0.0);
@@ -266,15 +266,15 @@ private Q_SLOTS:
         levels->setLevels(10, 90);
         QWidget* const strip = stripOf(map);
         const QPoint middle = strip->rect().center();
-        PlotMouse hand(*strip);
-        hand.press(middle);
-        hand.move(middle + QPoint(0, 4));
-        hand.move(middle + QPoint(0, 20));
+        PlotMouse mouse(*strip);
+        mouse.press(middle);
+        mouse.move(middle + QPoint(0, 4));
+        mouse.move(middle + QPoint(0, 20));
         QVERIFY(levels->lower() < 10);
         QTest::keyClick(strip, Qt::Key_Escape);
         QCOMPARE(levels->lower(), 10.0);
         QCOMPARE(levels->upper(), 90.0);
-        hand.release(middle);
+        mouse.release(middle);
     }
 
     void keysMoveTheLines()
@@ -414,9 +414,9 @@ private Q_SLOTS:
         fill(*map);
         new ColourLevels(map.get());
         show(*map);
-        PlotMouse hand(*stripOf(*map));
-        hand.press(stripOf(*map)->rect().center());
-        hand.move(stripOf(*map)->rect().center() + QPoint(0, 20));
+        PlotMouse mouse(*stripOf(*map));
+        mouse.press(stripOf(*map)->rect().center());
+        mouse.move(stripOf(*map)->rect().center() + QPoint(0, 20));
         map.reset();
         QCoreApplication::processEvents();
     }

@@ -123,15 +123,15 @@ private Q_SLOTS:
         LineProfile profile(&map);
         PlotRuler ruler(&map);
         showActive(map, { 600, 400 });
-        PlotMouse hand(map);
+        PlotMouse mouse(map);
         ruler.setOn(true);
         profile.setOn(true);
-        hand.drag(pixelOf(map, 5, 0.5), pixelOf(map, 9, 0.5));
+        mouse.drag(pixelOf(map, 5, 0.5), pixelOf(map, 9, 0.5));
         QVERIFY(!ruler.isSet());
         QCOMPARE(profile.to(), QPointF(9, 0.5));
         ruler.setOn(false);
         ruler.setOn(true);
-        hand.drag(pixelOf(map, 5, 3.5), pixelOf(map, 9, 3.5));
+        mouse.drag(pixelOf(map, 5, 3.5), pixelOf(map, 9, 3.5));
         QVERIFY(ruler.isSet());
         QCOMPARE(profile.to(), QPointF(9, 0.5));
     }
@@ -148,26 +148,26 @@ private Q_SLOTS:
         map.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&map));
         map.setFocus();
-        PlotMouse hand(map);
+        PlotMouse mouse(map);
         const QSignalSpy changed(&profile, &LineProfile::profileChanged);
-        hand.press(pixelOf(map, 5, 0.5));
-        hand.move(pixelOf(map, 9, 0.5));
+        mouse.press(pixelOf(map, 5, 0.5));
+        mouse.move(pixelOf(map, 9, 0.5));
         QCOMPARE(profile.values(), (QList<double> { 2, 3, 4 }));
-        hand.move(pixelOf(map, 13, 0.5));
+        mouse.move(pixelOf(map, 13, 0.5));
         QCOMPARE(profile.values().size(), 5);
-        hand.release(pixelOf(map, 13, 0.5));
-        hand.drag(pixelOf(map, 13, 0.5), pixelOf(map, 17, 0.5)); // its end
+        mouse.release(pixelOf(map, 13, 0.5));
+        mouse.drag(pixelOf(map, 13, 0.5), pixelOf(map, 17, 0.5)); // its end
         QCOMPARE(profile.values().last(), 8.0);
-        hand.drag(pixelOf(map, 10, 0.5), pixelOf(map, 10, 3.5)); // the line
+        mouse.drag(pixelOf(map, 10, 0.5), pixelOf(map, 10, 3.5)); // the line
         QCOMPARE(profile.from(), QPointF(5, 3.5));
         QCOMPARE(profile.values().first(), 302.0);
         QVERIFY(changed.count() >= 4);
-        hand.press(pixelOf(map, 5, 3.5));
-        hand.move(pixelOf(map, 15, 5.5));
+        mouse.press(pixelOf(map, 5, 3.5));
+        mouse.move(pixelOf(map, 15, 5.5));
         QVERIFY(profile.from() != QPointF(5, 3.5));
         QTest::keyClick(&map, Qt::Key_Escape);
         QCOMPARE(profile.from(), QPointF(5, 3.5));
-        hand.release(pixelOf(map, 15, 5.5));
+        mouse.release(pixelOf(map, 15, 5.5));
         profile.setLine({ 5, 3.5 }, { 9, 3.5 });
         QTest::keyClick(&map, Qt::Key_Down, Qt::ControlModifier);
         QTest::keyClick(&map, Qt::Key_Right, Qt::ControlModifier);
@@ -188,9 +188,9 @@ private Q_SLOTS:
         showActive(map, { 600, 400 });
         profile.setOn(true);
         profile.setLine({ 3, 2.5 }, { 17, 2.5 });
-        PlotMouse hand(map);
+        PlotMouse mouse(map);
         const QPoint handle = pixelOf(map, 10, 3.0); // half a bin above
-        hand.drag(handle, pixelOf(map, 10, 4.0));
+        mouse.drag(handle, pixelOf(map, 10, 4.0));
         QCOMPARE(profile.bandWidth(), 3.0);
         QCOMPARE(profile.values().first(), 3.0 * 201);
     }
@@ -294,9 +294,9 @@ private Q_SLOTS:
         profile->setOn(true);
         delete profile->profilePlot();
         profile->setLine({ 5, 2.5 }, { 9, 4.5 });
-        PlotMouse hand(*map);
-        hand.press(pixelOf(*map, 5, 2.5));
-        hand.move(pixelOf(*map, 9, 2.5));
+        PlotMouse mouse(*map);
+        mouse.press(pixelOf(*map, 5, 2.5));
+        mouse.move(pixelOf(*map, 9, 2.5));
         map->hide();
         QCOMPARE(profile->from(), QPointF(5, 2.5));
         map.reset();

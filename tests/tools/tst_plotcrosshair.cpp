@@ -3,6 +3,7 @@
 #include "support/pictures.h"
 #include "support/shownplot.h"
 #include "support/support.h"
+#include "tools/samples.h"
 
 #include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -38,10 +39,7 @@ void moveTo(XYGraphWidget& plot, double x, double y)
 /// Ten samples from 0 to 9, the third empty, on an axis from 0 to 100.
 void fill(VectorGraphWidget& plot)
 {
-    plot.init("Time", "Counts", 100, 10, true, true);
-    plot.initManualX(0, 100);
-    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 5, 6, 7, 1234567, 9 });
-    plot.setMaxValue(9);
+    tarnis::testing::fill(plot, { 4, 1, 0, std::nan(""), 2.5, 5, 6, 7, 1234567, 9 });
 }
 
 } // namespace

@@ -221,9 +221,9 @@ private Q_SLOTS:
         MapHost host;
         new PlotKeyboard(host.plot);
         host.show();
-        const MenuDriver hand(QStringLiteral("Pattern - YellowHot"));
+        const MenuDriver driver(QStringLiteral("Pattern - YellowHot"));
         choose(*host.plot, QStringLiteral("Colours..."));
-        TRY_VERIFY(hand.hasChosen());
+        TRY_VERIFY(driver.hasChosen());
         QCOMPARE(XY2DGraphWidget::colMax, QColor("#ffffff"));
         host.plot->onPatternRainbow1();
     }

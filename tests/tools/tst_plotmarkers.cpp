@@ -5,6 +5,7 @@
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 #include "support/support.h"
+#include "tools/samples.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
@@ -32,10 +33,7 @@ namespace {
 /// Ten samples on an axis from 0 to 100.
 void fill(VectorGraphWidget& plot)
 {
-    plot.init("Time", "Counts", 100, 10, true, true);
-    plot.initManualX(0, 100);
-    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 5, 6, 7, 8, 9 });
-    plot.setMaxValue(9);
+    tarnis::testing::fill(plot, { 4, 1, 0, std::nan(""), 2.5, 5, 6, 7, 8, 9 });
 }
 
 void fill(XY2DGraphWidget& map)
@@ -128,19 +126,19 @@ private Q_SLOTS:
         showActive(plot);
         markers.add({ 15, 0 });
         const QSignalSpy changed(&markers, &PlotMarkers::markersChanged);
-        PlotMouse hand(plot);
-        hand.press(pixelOf(plot, 15, 3));
+        PlotMouse mouse(plot);
+        mouse.press(pixelOf(plot, 15, 3));
         QCOMPARE(markers.selected(), 0);
-        hand.move(pixelOf(plot, 40, 3));
-        hand.move(pixelOf(plot, 62, 5));
-        hand.release(pixelOf(plot, 62, 5));
+        mouse.move(pixelOf(plot, 40, 3));
+        mouse.move(pixelOf(plot, 62, 5));
+        mouse.release(pixelOf(plot, 62, 5));
         QCOMPARE(markers.markers().at(0).position.x(), 65.0);
         QVERIFY(changed.count() >= 2);
-        hand.drag(pixelOf(plot, 35, 3), pixelOf(plot, 75, 3)); // beside it
+        mouse.drag(pixelOf(plot, 35, 3), pixelOf(plot, 75, 3)); // beside it
         QCOMPARE(markers.markers().at(0).position.x(), 65.0);
         QCOMPARE(markers.selected(), -1);
         markers.setOn(false);
-        hand.drag(pixelOf(plot, 65, 3), pixelOf(plot, 85, 3));
+        mouse.drag(pixelOf(plot, 65, 3), pixelOf(plot, 85, 3));
         QCOMPARE(markers.markers().at(0).position.x(), 65.0);
     }
 
@@ -151,13 +149,13 @@ private Q_SLOTS:
         PlotMarkers markers(&map);
         showActive(map);
         markers.add({ 1.5, 0.5 });
-        PlotMouse hand(map);
-        hand.press(pixelOf(map, 1.5, 0.5));
-        hand.move(pixelOf(map, 3.5, 1.5));
+        PlotMouse mouse(map);
+        mouse.press(pixelOf(map, 1.5, 0.5));
+        mouse.move(pixelOf(map, 3.5, 1.5));
         QCOMPARE(markers.markers().at(0).position, QPointF(3.5, 1.5));
         QTest::keyClick(&map, Qt::Key_Escape);
         QCOMPARE(markers.markers().at(0).position, QPointF(1.5, 0.5));
-        hand.release(pixelOf(map, 3.5, 1.5));
+        mouse.release(pixelOf(map, 3.5, 1.5));
     }
 
     void keysMoveRenameCopyAndRemove()
@@ -303,9 +301,9 @@ private Q_SLOTS:
         auto* const markers = new PlotMarkers(plot.get());
         showActive(*plot);
         markers->add({ 15, 0 });
-        PlotMouse hand(*plot);
-        hand.press(pixelOf(*plot, 15, 3));
-        hand.move(pixelOf(*plot, 40, 3));
+        PlotMouse mouse(*plot);
+        mouse.press(pixelOf(*plot, 15, 3));
+        mouse.move(pixelOf(*plot, 40, 3));
         plot->hide();
         QCOMPARE(markers->markers().at(0).position.x(), 15.0);
         plot.reset();
@@ -318,7 +316,7 @@ private Q_SLOTS:
         showActive(plot);
         Generator generator = seededGenerator(5);
         std::unique_ptr<PlotMarkers> markers;
-        PlotMouse hand(plot);
+        PlotMouse mouse(plot);
         for (int i = 0; i < 400; ++i) {
             QList<double> samples(whole(generator, 0, 30));
             for (double& sample : samples)
@@ -335,10 +333,10 @@ private Q_SLOTS:
                     markers->add({ uniform(generator, -50, 150), 0 });
                 break;
             case 2:
-                hand.press(at);
+                mouse.press(at);
                 break;
             case 3:
-                hand.release(at);
+                mouse.release(at);
                 break;
             case 4:
                 QTest::keyClick(&plot, chance(generator, 0.5) ? Qt::Key_Left : Qt::Key_Delete);
@@ -347,12 +345,12 @@ private Q_SLOTS:
                 plot.setLogScaleY(chance(generator, 0.5));
                 break;
             default:
-                hand.move(at);
+                mouse.move(at);
             }
             plot.grab();
         }
         markers.reset();
-        hand.release(QPoint(1, 1));
+        mouse.release(QPoint(1, 1));
     }
 };
 

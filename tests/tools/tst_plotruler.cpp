@@ -5,6 +5,7 @@
 #include "support/randomcases.h"
 #include "support/shownplot.h"
 #include "support/support.h"
+#include "tools/samples.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
@@ -33,10 +34,7 @@ namespace {
 
 void fill(VectorGraphWidget& plot)
 {
-    plot.init("Time", "Counts", 100, 10, true, true);
-    plot.initManualX(0, 100);
-    plot.setData({ 4, 1, 0, std::nan(""), 2.5, 5, 6, 8, 8, 9 });
-    plot.setMaxValue(9);
+    tarnis::testing::fill(plot, { 4, 1, 0, std::nan(""), 2.5, 5, 6, 8, 8, 9 });
 }
 
 } // namespace
@@ -153,25 +151,25 @@ private Q_SLOTS:
         fill(plot);
         PlotRuler ruler(&plot);
         showActive(plot);
-        PlotMouse hand(plot);
-        hand.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
+        PlotMouse mouse(plot);
+        mouse.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
         QVERIFY(!ruler.isSet()); // switched off
         QTest::keyClick(&plot, Qt::Key_R);
         QVERIFY(ruler.isOn());
-        hand.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
+        mouse.drag(pixelOf(plot, 5, 8), pixelOf(plot, 75, 2));
         QCOMPARE(ruler.from(), QPointF(5, 4));
         QCOMPARE(ruler.to(), QPointF(75, 8));
-        hand.drag(pixelOf(plot, 75, 8), pixelOf(plot, 45, 3)); // its end
+        mouse.drag(pixelOf(plot, 75, 8), pixelOf(plot, 45, 3)); // its end
         QCOMPARE(ruler.from(), QPointF(5, 4));
         QCOMPARE(ruler.to(), QPointF(45, 2.5));
         QTest::keyClick(&plot, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->text(), ruler.table());
-        hand.press(pixelOf(plot, 45, 2.5));
-        hand.move(pixelOf(plot, 85, 2.5));
+        mouse.press(pixelOf(plot, 45, 2.5));
+        mouse.move(pixelOf(plot, 85, 2.5));
         QCOMPARE(ruler.to().x(), 85.0);
         QTest::keyClick(&plot, Qt::Key_Escape);
         QCOMPARE(ruler.to().x(), 45.0);
-        hand.release(pixelOf(plot, 85, 2.5));
+        mouse.release(pixelOf(plot, 85, 2.5));
         QTest::keyClick(&plot, Qt::Key_Escape);
         QVERIFY(!ruler.isSet() && ruler.isOn());
         QTest::keyClick(&plot, Qt::Key_Escape);
@@ -311,9 +309,9 @@ private Q_SLOTS:
         auto* const ruler = new PlotRuler(plot.get());
         showActive(*plot);
         ruler->setOn(true);
-        PlotMouse hand(*plot);
-        hand.press(pixelOf(*plot, 15, 3));
-        hand.move(pixelOf(*plot, 40, 3));
+        PlotMouse mouse(*plot);
+        mouse.press(pixelOf(*plot, 15, 3));
+        mouse.move(pixelOf(*plot, 40, 3));
         plot->hide();
         QVERIFY(!ruler->isSet()); // the drag is reverted
         plot.reset();

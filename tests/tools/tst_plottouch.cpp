@@ -88,7 +88,7 @@ public:
         showActive(*plot, { 600, 500 });
         plot->onAutoScaleX(true);
         plot->onAutoScaleY(true);
-        plot->grab(); // a map's bar asks for its room while it is painted
+        plot->grab(); // a map's bar requests its space while it is painted
         navigator = new PlotNavigator(plot.get());
     }
 
