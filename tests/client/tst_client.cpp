@@ -214,7 +214,7 @@ private Q_SLOTS:
         QCOMPARE(server.received(), QByteArray("close"));
     }
 
-    void reportsRejections()
+    void reportsRefusals()
     {
         ScriptedServer server;
         server.answer("bad", { Step::text("NG:no such thing\n") });

@@ -86,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(doubleCount("1234567"), 0);
     }
 
-    void largestValue()
+    void largestIgnoresNaN()
     {
         QCOMPARE(largest({ -3, -1, -2 }, 0.0), 0.0);
         QCOMPARE(largest({ -3, -1, -2 }, -3.0), -1.0);

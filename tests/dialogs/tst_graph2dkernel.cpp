@@ -104,7 +104,7 @@ private Q_SLOTS:
         }
     }
 
-    void tooSmall_data()
+    void doesNotChangeMapsBelowFiveByFive_data()
     {
         QTest::addColumn<int>("rows");
         QTest::addColumn<int>("columns");
@@ -114,7 +114,7 @@ private Q_SLOTS:
         QTest::newRow("empty rows") << 9 << 0;
     }
 
-    void tooSmall()
+    void doesNotChangeMapsBelowFiveByFive()
     {
         QFETCH(int, rows);
         QFETCH(int, columns);

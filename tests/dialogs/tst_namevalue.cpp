@@ -105,7 +105,7 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
-    void twoColumns()
+    void showsNamesBesideTheirValues()
     {
         NameValueListDialog dialog({ { "a", "1" }, { "b", "two" } }, nullptr, "Key");
         QTableWidget& table = *dialog.table();

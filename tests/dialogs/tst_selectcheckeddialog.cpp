@@ -58,7 +58,7 @@ private Q_SLOTS:
         QCOMPARE(marks(dialog), expected);
     }
 
-    void nothingSelected()
+    void buttonsDoNothingWithoutASelection()
     {
         SelectCheckedDialog dialog(nullptr);
         fill(dialog, { 0, 1, 2 });

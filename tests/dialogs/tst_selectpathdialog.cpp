@@ -105,7 +105,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("ls-F \"/a \\\"b\\\" %1/\\c\""));
     }
 
-    void trimDir_data()
+    void trimDirRemovesSlashesAtTheEnd_data()
     {
         addColumns<QString, QString>("path", "trimmed");
         addCase("root", "/", "");
@@ -114,7 +114,7 @@ private Q_SLOTS:
         addCase("empty", "", "");
     }
 
-    void trimDir()
+    void trimDirRemovesSlashesAtTheEnd()
     {
         QFETCH(QString, path);
         QFETCH(QString, trimmed);

@@ -116,7 +116,7 @@ class TestMpfitRoutines : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void enormOf_data()
+    void enormIsTheEuclideanNorm_data()
     {
         QTest::addColumn<Vector>("x");
         QTest::addColumn<double>("norm");
@@ -131,7 +131,7 @@ private Q_SLOTS:
         QTest::newRow("huge descending, tiny ascending") << Vector { 4e300, 3e300, 1e-300, 2e-300 } << 5e300;
         QTest::newRow("ordinary and tiny") << Vector { 1e-160, 3.0, 4.0 } << 5.0;
     }
-    void enormOf()
+    void enormIsTheEuclideanNorm()
     {
         QFETCH(Vector, x);
         QFETCH(double, norm);

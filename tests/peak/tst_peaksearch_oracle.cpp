@@ -143,7 +143,7 @@ class TestPeakSearchOracle : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void indexSegments()
+    void findsTheSegmentsOfTheOracleByIndex()
     {
         Cases cases(61);
         qsizetype found = 0;
@@ -165,7 +165,7 @@ private Q_SLOTS:
         QVERIFY(shifted > 300);
     }
 
-    void xSegments()
+    void findsTheSegmentsOfTheOracleByX()
     {
         Cases cases(62);
         for (int round = 0; round < 60000; ++round) {
@@ -182,7 +182,7 @@ private Q_SLOTS:
         }
     }
 
-    void indexPeaks()
+    void findsThePeaksOfTheOracleByIndex()
     {
         Cases cases(63);
         qsizetype found = 0;
@@ -196,7 +196,7 @@ private Q_SLOTS:
         QVERIFY(found > 1500);
     }
 
-    void xPeaks()
+    void findsThePeaksOfTheOracleByX()
     {
         Cases cases(64);
         qsizetype found = 0;

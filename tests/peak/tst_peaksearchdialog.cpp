@@ -181,7 +181,7 @@ private Q_SLOTS:
         QCOMPARE(selected.at(2).at(0).toInt(), -1);
     }
 
-    void displayPoints()
+    void reportsItsCheckBox()
     {
         PeakSearchDialog dialog(nullptr);
         dialog.show();

@@ -270,7 +270,7 @@ private Q_SLOTS:
         }
     }
 
-    void logMaxima_data()
+    void roundsMaximaOfLogAxes_data()
     {
         addColumns<double, double>("value", "rounded");
         QTest::newRow("a power of ten stays") << 1000.0 << 1000.0;
@@ -283,7 +283,7 @@ private Q_SLOTS:
         QTest::newRow("infinite") << infinity << infinity;
         QTest::newRow("not a number") << notANumber << 1.0;
     }
-    void logMaxima()
+    void roundsMaximaOfLogAxes()
     {
         QFETCH(double, value);
         QTEST(tarnis::adjustLogAxis(value), "rounded");
@@ -298,7 +298,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::floorLog10(notANumber), 0.0);
     }
 
-    void tickLists_data()
+    void addsTheEndsOfTheAxisToItsTicks_data()
     {
         addColumns<Values, double, double, Values, double>("inner", "min", "max", "expected", "step");
         addCase("both ends added", Values { 20, 40 }, 5.0, 47.0, Values { 5, 20, 40, 47 }, 20.0);
@@ -310,7 +310,7 @@ private Q_SLOTS:
         addCase("out of range and backwards", Values { 1, 0 }, 0.2, 0.8, Values { 0.2, 1, 0, 0.8 }, -1.0);
         addCase("not a number", Values { notANumber }, notANumber, 1.0, Values { notANumber, notANumber, 1 }, 0.0);
     }
-    void tickLists()
+    void addsTheEndsOfTheAxisToItsTicks()
     {
         QFETCH(Values, inner);
         QFETCH(double, min);

@@ -384,7 +384,7 @@ private Q_SLOTS:
         }
     }
 
-    void emptyBins_data()
+    void knowsWhichBinsAreEmpty_data()
     {
         addColumns<double, bool>("value", "empty");
         QTest::newRow("0") << 0.0 << true;
@@ -397,7 +397,7 @@ private Q_SLOTS:
         QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << false;
         QTest::newRow("infinity, which is within its own tolerance") << std::numeric_limits<double>::infinity() << true;
     }
-    void emptyBins()
+    void knowsWhichBinsAreEmpty()
     {
         QFETCH(double, value);
         QTEST(tarnis::isEmptyBin(value), "empty");

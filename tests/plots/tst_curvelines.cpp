@@ -313,7 +313,7 @@ private Q_SLOTS:
         QVERIFY(tarnis::peakLines(peakAt(50.0, 2.0), { 45.0, 55.0 }, step, { 0.0, 2.0, 10, 0.0, 1.0, 300 }).isEmpty());
     }
 
-    void emptyExtent()
+    void anEmptyExtentHasNoLines()
     {
         QVERIFY(tarnis::peakLines(peakAt(50.0, 2.0), { 55.0, 45.0 }, 0.5, { 0.0, 2.0, 10, 0.0, 1.0, 300 }).isEmpty());
     }

@@ -147,7 +147,7 @@ private Q_SLOTS:
         }
     }
 
-    void linearRows()
+    void pixelsOfALinearAxis()
     {
         const ValueScale scale(ValueScale::Kind::Linear, -10.0, 2.0, 300);
         QCOMPARE(scale.pixel(-10.0), 300);
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QCOMPARE(scale.pixel(notANumber), -tarnis::pixelLimit);
     }
 
-    void logRows()
+    void pixelsOfALogAxis()
     {
         const ValueScale scale(ValueScale::Kind::Log, 1.0, 100.0, 300);
         QCOMPARE(scale.pixel(1.0), 300);

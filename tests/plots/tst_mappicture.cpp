@@ -347,7 +347,7 @@ private Q_SLOTS:
             plot.shuffle(generator);
             plot.check(plot.m_act1dCut, chance(generator, 0.5));
             plot.check(plot.m_actRoi, chance(generator, 0.7));
-            delete plot.toPixmap(); // labels on the bar may ask for another margin
+            delete plot.toPixmap(); // labels on the bar may request another margin
             MapState map = plot.mapState();
             FrameState frame = plot.frameState();
             QPixmap expected(plot.size());

@@ -248,7 +248,7 @@ private Q_SLOTS:
         QTEST(int(tarnis::edgeAt(QRect(QPoint(100, 100), QPoint(200, 189)), point)), "edge");
     }
 
-    void edgeValues_data()
+    void findsTheValueOfADraggedEdge_data()
     {
         addColumns<int, QPoint, double>("edge", "point", "value");
         QTest::newRow("left edge") << int(tarnis::MinXEdge) << QPoint(20, 0) << 11.0;
@@ -262,7 +262,7 @@ private Q_SLOTS:
         QTest::newRow("above the graph") << int(tarnis::MaxYEdge) << QPoint(0, -7) << 5.0;
         QTest::newRow("below the graph") << int(tarnis::MinYEdge) << QPoint(0, 700) << 0.0;
     }
-    void edgeValues()
+    void findsTheValueOfADraggedEdge()
     {
         QFETCH(int, edge);
         QFETCH(QPoint, point);

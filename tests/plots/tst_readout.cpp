@@ -159,7 +159,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::shownX(3, axis, 10), 6.0);
     }
 
-    void oneRecord()
+    void readsTheValueOfTheBin()
     {
         // Column 40 is the value 30, which is in the bin that begins at 30.
         QCOMPARE(read({ record({ 1, 2, 3, 4.5, 5, 6, 7, 8, 9, 10 }) }, { 40, 50 }, axisTo(100.0)),
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QCOMPARE(tarnis::seriesNearest({ record({ 60 }), record({ 60 }) }, 0, 50.0, 100.0), 0);
     }
 
-    void nothingNear()
+    void readsNoSeriesBeyondTheReach()
     {
         QVERIFY(!tarnis::seriesNearest({ record({ 150 }) }, 0, 50.0, 100.0)); // as far as the reach is too far
         QVERIFY(tarnis::seriesNearest({ record({ 149.9 }) }, 0, 50.0, 100.0));
@@ -257,7 +257,7 @@ private Q_SLOTS:
         QVERIFY(!read(series, graph.bottomRight() - QPoint(1, 1), axisTo(100.0)).isEmpty());
     }
 
-    void noData()
+    void isEmptyWithoutData()
     {
         QVERIFY(read({}, { 50, 50 }, axisTo(100.0)).isEmpty());
         QVERIFY(read({ record({}), record({ 1, 2 }) }, { 50, 50 }, axisTo(100.0)).isEmpty());
@@ -265,7 +265,7 @@ private Q_SLOTS:
 
     // The read-out of a map compared with its reference implementation.
 
-    void readOuts_data()
+    void readsTheBinAtAPixel_data()
     {
         addColumns<QPoint, int, QString>("pixel", "decimals", "text");
         QTest::newRow("row 0 on a whole-number axis") << QPoint(101, 68) << 0 << "x:10 y:-5 i:1";
@@ -282,7 +282,7 @@ private Q_SLOTS:
         QTest::newRow("just inside of the right edge") << QPoint(158, 55) << 0 << "x:14 y:0 i:1.23457e+06";
         QTest::newRow("outside") << QPoint(0, 0) << 0 << "";
     }
-    void readOuts()
+    void readsTheBinAtAPixel()
     {
         QFETCH(QPoint, pixel);
         QFETCH(int, decimals);

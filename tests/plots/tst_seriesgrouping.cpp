@@ -125,7 +125,7 @@ private Q_SLOTS:
         QCOMPARE(members(tarnis::curvesOf(series, static_cast<AddType>(7), 1)), (QStringList { "0+1" }));
     }
 
-    void noRecords()
+    void groupsWithoutSeriesAreEmpty()
     {
         QVERIFY(tarnis::curvesOf({}, AddType::AddNone, 8).isEmpty());
         QVERIFY(tarnis::curvesOf({}, AddType::AddEachGroup, 8).isEmpty());

@@ -253,7 +253,7 @@ private Q_SLOTS:
         QVERIFY(countPixels(picture, Qt::white) > 100);
     }
 
-    void logFloor()
+    void drawsLowValuesOnTheFloorOfALogAxis()
     {
         Plot plot;
         plot.setLogScaleY(true);

@@ -281,7 +281,7 @@ private Q_SLOTS:
         QVERIFY(view.areEdgesEnabled());
     }
 
-    void selectingNothing()
+    void disablesItsBoxesWithoutASelection()
     {
         View view;
         view.fill();

@@ -75,7 +75,7 @@ private Q_SLOTS:
         }
     }
 
-    void equalLimits()
+    void equalLimitsHaveColoursOnlyOutside()
     {
         Plot plot;
         plot.m_minZ = plot.m_maxZ = 5.0;

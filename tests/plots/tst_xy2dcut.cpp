@@ -295,7 +295,7 @@ private Q_SLOTS:
         QCOMPARE(plot.plotY()->*(&CutView::m_data), QList<double>(8, 0.0));
     }
 
-    void drawingRange()
+    void startsWithTheVisibleRange()
     {
         Plot plot;
         plot.setMinMaxX(1.5, 2.5);

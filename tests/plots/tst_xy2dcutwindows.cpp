@@ -338,7 +338,7 @@ private Q_SLOTS:
         QVERIFY(plot.hasNoWindow());
     }
 
-    void visibleSums()
+    void sumsTheVisibleBins()
     {
         Plot plot;
         plot.fill();

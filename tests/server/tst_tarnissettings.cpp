@@ -127,7 +127,7 @@ private Q_SLOTS:
                 "BLCK Tarnis::CheckSettingKey(key[tcp], value[abc])", "DBG     return false" }));
     }
 
-    void missingValues()
+    void missingValuesAreTheDefault()
     {
         Manager manager;
         QCOMPARE(manager.GetSettingValue("a", "default"), QStringLiteral("default"));

@@ -59,7 +59,7 @@ private Q_SLOTS:
         QTEST(value("setting", name), "expected");
     }
 
-    void settingsAct()
+    void settingsChangeARunAtOnce()
     {
         ask("setting rate:100 modules:3 run:41 maxtime:50 background:0");
         QCOMPARE(ask("start"), QStringLiteral("OK:\nrun: 41\n"));

@@ -60,7 +60,7 @@ private Q_SLOTS:
         };
         profile.setLine({ 1, 1 }, { 8, 8 });
         profile.setOn(true);
-        QVERIFY(styleOf() == nullptr); // the map has the classic look
+        QVERIFY(styleOf() == nullptr); // the map has the classic drawing
         profile.setOn(false);
         auto* const style = new PlotStyle(&map, PlotStyle::Theme::Dark);
         profile.setOn(true);

@@ -291,7 +291,7 @@ private Q_SLOTS:
         QVERIFY(std::isnan(squareRootInterval(value).lower) && std::isnan(squareRootInterval(value).upper));
     }
 
-    void squareRoots()
+    void intervalsAreSquareRootsOfCounts()
     {
         QCOMPARE(squareRootInterval(9).lower, 6.0);
         QCOMPARE(squareRootInterval(9).upper, 12.0);
