@@ -18,7 +18,6 @@ LONG_FILES = {}
 LONG_FUNCTIONS = {
     ("benchmarks/bench_livewindows.cpp", "run"): "one measurement from its start to its report",
     ("benchmarks/bench_plot2d.cpp", "map"): "all drawings of a map, measured by turns in one loop",
-    ("tarnis/tools/regions/regiontable.cpp", "build"): "a list: the controls in the order of the layout",
     ("tests/dialogs/tst_deletedwhileopen.cpp", "boxes"): "a table: one row for each box",
     ("tests/support/frameoracle.cpp", "paintFrame"): "the written rules of a frame in their order",
 }
