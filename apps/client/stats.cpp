@@ -68,6 +68,12 @@ void addNet(QJsonObject& object, const RegionStatistics& s, const Spectrum& spec
     addWidth(object, "fwtm", s.fwtm, shown);
 }
 
+// A region without counts has no width and no position of its maximum.
+QString numberText(double number)
+{
+    return std::isnan(number) ? QStringLiteral("\u2013") : tarnis::fullDigits(number);
+}
+
 QByteArray textOf(const RegionStatistics& s)
 {
     using tarnis::figureText;
@@ -79,8 +85,8 @@ QByteArray textOf(const RegionStatistics& s)
                                             .arg(s.sumInterval.upper, 0, 'f', 2)
                                       : figureText(s.sum, s.sumError) },
         { "mean", figureText(s.mean, s.meanError) },
-        { "maximum", QStringLiteral("%1 at %2").arg(s.maximum).arg(s.maximumPosition) },
-        { "centroid", figureText(s.centroid, s.centroidError) }, { "rms width", tarnis::fullDigits(s.rms) } };
+        { "maximum", QStringLiteral("%1 at %2").arg(numberText(s.maximum), numberText(s.maximumPosition)) },
+        { "centroid", figureText(s.centroid, s.centroidError) }, { "rms width", numberText(s.rms) } };
     const auto add = [&rows](const QString& name, const QString& text) { rows.append(QStringList { name, text }); };
     if (s.hasNet) {
         add("background", figureText(s.background, s.backgroundError));

@@ -66,6 +66,16 @@ private:
 private Q_SLOTS:
     void init() { m_folder = QTemporaryDir(); }
 
+    void showsTheMaximumInFullDigits()
+    {
+        const QString zeros = write("zeros.csv", QByteArray("0\n").repeated(64));
+        const QByteArray none = runTarnis({ "stats", zeros, "--region", "3:9" }).output;
+        QVERIFY2(none.contains("maximum") && !none.contains("nan"), none);
+        const QString many = write("many.csv", QByteArray("1234567\n").repeated(64));
+        const QByteArray all = runTarnis({ "stats", many, "--region", "3:9" }).output;
+        QVERIFY2(all.contains("1234567 at 3\n"), all);
+    }
+
     void countsARegion()
     {
         const QString file = twoPeaks();
