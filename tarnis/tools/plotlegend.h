@@ -9,6 +9,8 @@
 #include <QRect>
 #include <QString>
 
+#include <memory>
+
 QT_BEGIN_NAMESPACE
 class QKeyEvent;
 class QMouseEvent;
@@ -17,6 +19,8 @@ QT_END_NAMESPACE
 class MultiVectorGraphWidget;
 
 namespace tarnis {
+
+class LabelCache;
 
 /// Attached to a MultiVectorGraphWidget, it lists the curves that have samples, with their curveNames(). It draws
 /// nothing for fewer than two curves, and on other plots.
@@ -99,6 +103,7 @@ private:
     QPointF m_placeAtPress;
     int m_wheelRest = 0; // remaining eighths of a degree, less than a row
     QAction* m_switch = nullptr;
+    std::unique_ptr<LabelCache> m_labels;
 };
 
 } // namespace tarnis

@@ -2,6 +2,7 @@
 #include "tarnis/tools/curves/plotlegend_p.h"
 
 #include "tarnis/plots/curvenames.h"
+#include "tarnis/plots/labelcache_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
@@ -112,6 +113,7 @@ PlotLegend::PlotLegend(XYGraphWidget* plot)
     , PlotOverlay(plot, legendZOrder)
     , m_switch(new ToolAction(
           this, "legend", [] { return PlotLegend::tr("Legend"); }, drawLegend))
+    , m_labels(std::make_unique<LabelCache>())
 {
     static_cast<ToolAction*>(m_switch)->showKeys({ QKeySequence(Qt::SHIFT | Qt::Key_L) });
     m_switch->setCheckable(true);
@@ -302,8 +304,8 @@ PlotLegend::Layout PlotLegend::layout() const
     made.first = firstInSight(m_first, made.entries.size(), made.rows);
     int textWidth = 0;
     for (const LegendEntry& entry : std::as_const(made.entries))
-        textWidth = std::max(textWidth, metrics.horizontalAdvance(entry.name) + 1); // a rounded width would elide the
-                                                                                    // text
+        textWidth = std::max(textWidth, m_labels->advanceOf(entry.name, metrics) + 1); // a rounded width would elide
+                                                                                       // the text
     const int wanted = sampleWidth + 3 * padding + textWidth;
     const QSize size(std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding)),
         static_cast<int>(made.rows) * made.rowHeight + 2 * padding);
@@ -326,6 +328,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     noteDrawn(painter, now.rect.adjusted(-1, -1, 1, 1));
     if (now.rect.isEmpty())
         return;
+    const bool isOnScreen = painter.device() == static_cast<const QPaintDevice*>(curves());
     QFont font = curves()->font();
     if (painter.device()->logicalDpiY() != curves()->logicalDpiY()) // would be larger than the layout
         font.setPixelSize(QFontInfo(font).pixelSize());
@@ -354,8 +357,14 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
         painter.drawLine(QPointF(row.left(), middle), QPointF(row.left() + sampleWidth, middle));
         painter.setPen(entry.isShown ? textColour : hiddenColour);
         const QRect text = row.adjusted(sampleWidth + padding, 0, 0, 0);
-        painter.drawText(
-            text, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(entry.name, Qt::ElideRight, text.width()));
+        const int flags = Qt::AlignLeft | Qt::AlignVCenter;
+        const QString name = m_labels->advanceOf(entry.name, metrics) < text.width()
+            ? entry.name
+            : metrics.elidedText(entry.name, Qt::ElideRight, text.width());
+        if (isOnScreen)
+            m_labels->draw(painter, text, flags, name);
+        else // the cached layouts have the sizes of the screen
+            painter.drawText(text, flags, name);
         if (!entry.isShown) // not only by the colour
             painter.drawLine(QPointF(text.left(), middle),
                 QPointF(text.left() + std::min(text.width(), metrics.horizontalAdvance(entry.name)), middle));
