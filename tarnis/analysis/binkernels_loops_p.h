@@ -25,6 +25,7 @@ constexpr std::size_t width = 2;
 #endif
 using Reals = double __attribute__((vector_size(width * sizeof(double))));
 using Bits = std::int64_t __attribute__((vector_size(width * sizeof(double))));
+using Words = std::uint64_t __attribute__((vector_size(width * sizeof(double))));
 
 /// Sums have four parts for every width, so all processors round alike.
 constexpr std::size_t blockSize = 4;
@@ -100,8 +101,9 @@ inline Reals normalExponential(Reals x)
     const Reals k = rounded - shift;
     const Reals r = (x - k * logHigh) - k * logLow;
     const Reals mantissa = 1.0 + (r + r * r * polynomial(series, r));
-    const Bits power = reinterpret_cast<Bits>(rounded) << 52;
-    return reinterpret_cast<Reals>(reinterpret_cast<Bits>(mantissa) + power);
+    // Unsigned: outside of its limits the sum overflows, and is not used.
+    const Words power = reinterpret_cast<Words>(rounded) << 52;
+    return reinterpret_cast<Reals>(reinterpret_cast<Words>(mantissa) + power);
 }
 
 inline Reals exponentialOf(Reals x)
