@@ -11,6 +11,7 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
@@ -324,6 +325,31 @@ private Q_SLOTS:
         showActive(map);
         Generator generator = seededGenerator(6);
         attachUnderLiveRows<PlotRuler>(map, generator);
+    }
+
+    void readingIsAboveTheLinesOfTheCross()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        PlotCrosshair cross(&plot);
+        plot.resize(600, 400);
+        showActive(plot);
+        ruler.setEnds({ 15, 1 }, { 85, 8 });
+        const auto read = [&] { return plot.grab(ruler.textBox()).toImage(); };
+        const PlotMapping mapping = PlotMapping::of(plot);
+        cross.pinAt({ 0.0, 5.0 });
+        const QImage alone = read();
+        const QRect box = ruler.textBox();
+        cross.pinAt({ mapping.valueAt(QRectF(box).center()).x(), 5.0 });
+        QCOMPARE(ruler.textBox(), box);
+        const QImage under = read();
+        constexpr int seenThrough = 70; // of 255: the box is not quite opaque
+        for (int x = 0; x < alone.width(); ++x) {
+            const int difference =
+                qGray(alone.pixel(x, alone.height() / 2)) - qGray(under.pixel(x, alone.height() / 2));
+            QVERIFY2(std::abs(difference) < seenThrough, qPrintable(QString::number(difference)));
+        }
     }
 };
 

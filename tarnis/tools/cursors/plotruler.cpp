@@ -24,7 +24,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr int rulerZOrder = 45;
+constexpr int rulerZOrder = 55; // its reading is above the lines of the cross
 constexpr double reach = 8.0;
 constexpr double endTick = 5.0;
 constexpr int labelPadding = 10; // of a label's box, left and right
