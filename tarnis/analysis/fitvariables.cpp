@@ -208,7 +208,8 @@ void VariableBuilder::raiseBackground()
             factor = std::min(factor, (1.0 - leastPart) * b[0] / -change);
     }
     for (int k = 1; k < m_layout.backgrounds; ++k) {
-        const QString& name = m_names[static_cast<std::size_t>(m_layout.background + k)];
+        const int parameter = m_layout.background + k;
+        const QString& name = m_names[static_cast<std::size_t>(parameter)];
         const auto& constraints = m_problem.model().constraints;
         const bool isGiven = std::any_of(constraints.begin(), constraints.end(),
             [&](const FitConstraint& constraint) { return constraint.name == name && constraint.start; });

@@ -131,6 +131,7 @@ private Q_SLOTS:
                     expected[k] += weights[i] * a[i] * columns[k][i];
                 }
             }
+            pointers.reserve(columns.size());
             for (const std::vector<double>& column : columns)
                 pointers.push_back(column.data());
             for (std::size_t count = 0; count <= columns.size(); ++count) {
