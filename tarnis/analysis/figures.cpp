@@ -100,11 +100,7 @@ int lastPlace(double uncertainty, FigureRule rule)
     }
     u.round(u.placeOf(3));
     const int leading = u.digits.leftJustified(3, u'0').left(3).toInt();
-    if (leading <= 354)
-        return u.placeOf(2);
-    if (leading <= 949)
-        return u.placeOf(1);
-    return u.placeOf(1);
+    return leading <= 354 ? u.placeOf(2) : u.placeOf(1); // from 950 on it becomes 1000, with two digits
 }
 
 bool needsPower(double value, double uncertainty)

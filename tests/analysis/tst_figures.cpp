@@ -36,6 +36,16 @@ private slots:
         QCOMPARE(figureText(0.07, 1.0), u"0.1(1.0)"_s);
     }
 
+    void followsTheLimitsOfTheParticleDataRule()
+    {
+        const auto text = [](double uncertainty) { return figureText(1.2341, uncertainty, FigureRule::ParticleData); };
+        QCOMPARE(text(0.0100), u"1.234(10)"_s);
+        QCOMPARE(text(0.0354), u"1.234(35)"_s);
+        QCOMPARE(text(0.0355), u"1.23(4)"_s);
+        QCOMPARE(text(0.0949), u"1.23(9)"_s);
+        QCOMPARE(text(0.0951), u"1.23(10)"_s);
+    }
+
     void writesAsymmetricErrors()
     {
         QCOMPARE(figureText(1.2345, 0.1234, 0.0812), u"1.234 +0.123 \u22120.081"_s);

@@ -251,6 +251,11 @@ private slots:
         BinnedData data = over(counts);
         data.edges = edges;
         QVERIFY(!regionStatisticsOfBins(data, 0, 1).fault.isEmpty());
+        for (const double width : { 0.0, -1.0, nan }) {
+            data = over(counts);
+            data.width = width;
+            QVERIFY(!regionStatisticsOfBins(data, 0, 1).fault.isEmpty());
+        }
     }
 
     void givesNoTestsForContentsThatAreNoCounts()
