@@ -1,6 +1,6 @@
 // The program of examples/instrument on servers that misbehave: the longest stretch in which its GUI thread does not
-// return to the event loop, in time of that thread and by the clock, and the memory that a fault costs. The clock's
-// value includes what other programs took of the processor.
+// sleep, in time of that thread and by the clock, how long an event waits for the thread, and the memory that a fault
+// costs. The clock's values include what other programs, and other virtual machines, took of the processor.
 #include "eventwaits.h"
 #include "instrument.h"
 #include "measure.h"
