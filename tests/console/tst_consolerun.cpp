@@ -72,6 +72,15 @@ private Q_SLOTS:
         QVERIFY(!runStatusOf(QStringLiteral("OK:\nrate: nan\n")).rate);
     }
 
+    void writesRatesWithoutPowersOfTen()
+    {
+        QCOMPARE(rateText(0.0), QStringLiteral("0"));
+        QCOMPARE(rateText(987.649), QStringLiteral("987.6"));
+        QCOMPARE(rateText(999.96), QStringLiteral("1,000"));
+        QCOMPARE(rateText(20223.6), QStringLiteral("20,224"));
+        QCOMPARE(rateText(1e17), QStringLiteral("1e+17"));
+    }
+
     void writesDurations()
     {
         QCOMPARE(durationText(3723.9), QStringLiteral("1:02:03"));

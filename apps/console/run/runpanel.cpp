@@ -6,8 +6,6 @@
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 
-#include <tarnis/foundation/helpers.h>
-
 #include <QAction>
 #include <QEvent>
 #include <QLabel>
@@ -19,8 +17,6 @@
 namespace console {
 
 namespace {
-
-constexpr int rateDigits = 4;
 
 /// Hidden without a text. It never shrinks, so that the following fields do not move while digits change.
 void showField(QLabel& label, const QString& text)
@@ -129,8 +125,7 @@ void RunPanel::showRun()
     showField(*m_liveTimeLabel, text(run.liveTime, [](double time) { return tr("Live %1").arg(durationText(time)); }));
     showField(
         *m_eventsLabel, text(run.events, [&](qint64 events) { return tr("Events %1").arg(locale.toString(events)); }));
-    showField(
-        *m_rateLabel, text(run.rate, [](double rate) { return tr("Rate %1 /s").arg(numStr(rate, 'g', rateDigits)); }));
+    showField(*m_rateLabel, text(run.rate, [](double rate) { return tr("Rate %1 /s").arg(rateText(rate)); }));
 }
 
 void RunPanel::changeEvent(QEvent* event)

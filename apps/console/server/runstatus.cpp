@@ -4,6 +4,7 @@
 
 #include <tarnis/server/tarniscmd.h>
 
+#include <QLocale>
 #include <QMap>
 
 #include <cmath>
@@ -13,6 +14,7 @@ namespace console {
 namespace {
 
 constexpr double maxSeconds = 1e9; // 31 years
+constexpr int rateDigits = 4;
 
 std::optional<double> numberOf(const QMap<QString, QString>& values, const QString& name)
 {
@@ -55,6 +57,14 @@ QString durationText(double seconds)
         .arg(whole / 3600)
         .arg(whole / 60 % 60, 2, 10, QLatin1Char('0'))
         .arg(whole % 60, 2, 10, QLatin1Char('0'));
+}
+
+QString rateText(double rate)
+{
+    constexpr double maxWhole = 1e15;
+    const double size = std::abs(rate); // false for NaN below
+    const bool isWhole = size >= 1000.0 && size < maxWhole;
+    return isWhole ? QLocale().toString(qint64(std::llround(rate))) : QLocale().toString(rate, 'g', rateDigits);
 }
 
 void UnsavedData::read(const RunStatus& status)

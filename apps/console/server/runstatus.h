@@ -25,6 +25,9 @@ RunStatus runStatusOf(const QString& reply);
 /// "0:01:23", hours first; fractions of a second are dropped. Negative and non-finite times count as 0.
 QString durationText(double seconds);
 
+/// In the current language's format: "20,224" from 1,000 on, four digits below: "985.2".
+QString rateText(double rate);
+
 /// Whether the server's histograms contain unsaved data, which Clear and the next run would discard.
 class UnsavedData {
 public:

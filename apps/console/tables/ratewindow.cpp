@@ -3,6 +3,7 @@
 #include "app/controlhelp.h"
 #include "histograms/dataage.h"
 #include "server/replytext.h"
+#include "server/runstatus.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 #include "ui_ratewindow.h"
@@ -23,7 +24,6 @@ namespace console {
 namespace {
 
 constexpr qsizetype maxRates = 3600;
-constexpr int digits = 3;
 
 } // namespace
 
@@ -108,11 +108,11 @@ void RateWindow::draw()
         const double largest = *std::max_element(m_rates.cbegin(), m_rates.cend());
         const double mean = std::accumulate(m_rates.cbegin(), m_rates.cend(), 0.0) / double(m_rates.size());
         m_plot->setMaxValue(std::max(largest, 1.0));
-        m_plot->setNotes(tr("largest %1 /s").arg(numStr(largest, 'g', digits + 1)));
+        m_plot->setNotes(tr("largest %1 /s").arg(rateText(largest)));
         tarnis::setTranslatedText(
             *ui->infoLabel, [now = m_rates.constLast(), mean, span = m_seconds.constLast() - m_seconds.constFirst()] {
                 return tr("%1 /s now, %2 /s on average over %3 s")
-                    .arg(numStr(now, 'g', digits + 1), numStr(mean, 'g', digits + 1), numStr(span, 'f', 0));
+                    .arg(rateText(now), rateText(mean), numStr(span, 'f', 0));
             });
     }
     m_plot->refreshPixmap();
