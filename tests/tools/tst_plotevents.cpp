@@ -95,6 +95,9 @@ private Q_SLOTS:
         const PlotPoint hidden = events->at(pixelOf(plot, 3.4, 50));
         QCOMPARE(hidden.series, -1);
         QVERIFY(std::isnan(hidden.sample));
+        const QPointF sample = pixelOf(plot, 3.4, 80.0);
+        QCOMPARE(events->at(sample + QPointF(0, events->reach() - 2)).series, 2);
+        QCOMPARE(events->at(sample + QPointF(0, events->reach() + 2)).series, -1);
         events->setReach(1000);
         QCOMPARE(events->at(pixelOf(plot, 3.4, 48)).series, 2);
     }
