@@ -353,12 +353,15 @@ private Q_SLOTS:
     void refusesAPictureWithoutEnd()
     {
         const auto plot = spectrum(wave(5));
-        PictureOptions options;
-        options.size = QSize(30000, 30000);
-        options.dpi = 1200.0;
-        QString error;
-        QVERIFY(PlotExporter(*plot).picture(PictureFormat::Png, options, &error).isEmpty());
-        QCOMPARE(error, "the picture is too large: choose a smaller size or resolution");
+        // Too many pixels along a side, and in all.
+        for (const auto& [side, dpi] : { std::pair(30000, 1200.0), std::pair(25000, 96.0) }) {
+            PictureOptions options;
+            options.size = QSize(side, side);
+            options.dpi = dpi;
+            QString error;
+            QVERIFY(PlotExporter(*plot).picture(PictureFormat::Png, options, &error).isEmpty());
+            QCOMPARE(error, "the picture is too large: choose a smaller size or resolution");
+        }
     }
 
     void leavesThePlotAsItIs()

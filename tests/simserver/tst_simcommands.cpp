@@ -79,6 +79,7 @@ private Q_SLOTS:
         row("no bins", "hist1d time bins:0", "'0' is not a number of bins");
         row("bins without a number", "hist1d time bins:", "'' is not a number of bins");
         row("bins that do not divide", "hist1d time bins:1000", "16384 bins do not divide into 1000");
+        row("bins that leave one", "hist1d time bins:3", "16384 bins do not divide into 3");
         row("more bins than there are", "hist1d time bins:32768", "16384 bins do not divide into 32768");
         row("hist2d alone", "hist2d", "hist2d needs the name of a map; hists lists them");
         row("hist2d of rows", "hist2d time", "no map 'time'; hists lists them");
