@@ -92,13 +92,10 @@ bool ServerFiles::isDirectory(const QString& path) const
 
 QString ServerFiles::write(const QString& path, const QByteArray& content) const
 {
-    const QString clean = cleanServerPath(path, QStringLiteral("/"));
     QString error;
-    const fs::path directory = realPath(clean.left(clean.lastIndexOf(QLatin1Char('/'))), error);
+    const fs::path real = newPath(path, error);
     if (!error.isEmpty())
         return error;
-    const fs::path real =
-        directory / QFile::encodeName(clean.mid(clean.lastIndexOf(QLatin1Char('/')) + 1)).toStdString();
     std::error_code code;
     const fs::file_status status = fs::symlink_status(real, code);
     if (fs::exists(status) && !fs::is_regular_file(status))
@@ -113,13 +110,10 @@ QString ServerFiles::write(const QString& path, const QByteArray& content) const
 
 QString ServerFiles::makeDirectory(const QString& path) const
 {
-    const QString clean = cleanServerPath(path, QStringLiteral("/"));
     QString error;
-    const fs::path directory = realPath(clean.left(clean.lastIndexOf(QLatin1Char('/'))), error);
+    const fs::path real = newPath(path, error);
     if (!error.isEmpty())
         return error;
-    const fs::path real =
-        directory / QFile::encodeName(clean.mid(clean.lastIndexOf(QLatin1Char('/')) + 1)).toStdString();
     std::error_code code;
     if (fs::create_directory(real, code))
         return {};
@@ -141,6 +135,14 @@ fs::path ServerFiles::realPath(const QString& path, QString& error) const
     else if (!isInside(real))
         error = QStringLiteral("it lies outside of the root");
     return real;
+}
+
+fs::path ServerFiles::newPath(const QString& path, QString& error) const
+{
+    const QString clean = cleanServerPath(path, QStringLiteral("/"));
+    const qsizetype slash = clean.lastIndexOf(QLatin1Char('/'));
+    const fs::path directory = realPath(clean.left(slash), error);
+    return directory / QFile::encodeName(clean.mid(slash + 1)).toStdString();
 }
 
 bool ServerFiles::isInside(const fs::path& real) const

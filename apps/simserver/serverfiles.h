@@ -42,6 +42,8 @@ public:
 private:
     /// The real path of an existing entry. `error` is set if it does not exist or is outside of the root.
     std::filesystem::path realPath(const QString& path, QString& error) const;
+    /// The real path of an entry that need not exist, in an existing directory. `error` refers to that directory.
+    std::filesystem::path newPath(const QString& path, QString& error) const;
     bool isInside(const std::filesystem::path& real) const;
 
     std::filesystem::path m_root; ///< without symbolic links
