@@ -43,17 +43,80 @@ std::unique_ptr<TarnisSession> addressSession(const WindowContext& context)
 
 } // namespace
 
-FolderChooser::FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title)
-    : SelectPathDialog(QString(), addressSession(context).get(), context.parent)
-    , m_recovery(context.controller, session)
+template <> QString ServerChooser<SelectPathDialog>::currentFolder() const
+{
+    return getDir();
+}
+
+template <> QString ServerChooser<SelectDirectoryDialog>::currentFolder() const
+{
+    return dir;
+}
+
+template <> ChooserGuide::Choice ServerChooser<SelectPathDialog>::choice()
+{
+    if (exts.isEmpty())
+        return { {}, currentFolder() };
+    const QString name = typedName(*this);
+    return { nameProblem(name), joined(currentFolder(), matchExt(name) ? name : name + exts.constFirst()) };
+}
+
+template <> ChooserGuide::Choice ServerChooser<SelectDirectoryDialog>::choice()
+{
+    if (exts.isEmpty())
+        return { {}, dir };
+    const QListWidgetItem* const item = selectedItem();
+    const QString name = nameEdit ? typedName(*this) : item ? item->text() : QString();
+    if (nameEdit)
+        return { nameProblem(name), joined(dir, name.endsWith(exts.constFirst()) ? name : name + exts.constFirst()) };
+    if (name.isEmpty())
+        return { FileChooser::tr("Choose a file"), {} };
+    return { matchExt(name) ? QString() : FileChooser::tr("Choose a file; Enter opens the folder"), joined(dir, name) };
+}
+
+template <typename Dialog>
+ServerChooser<Dialog>::ServerChooser(const WindowContext& context, const tarnis::TranslatedText& title)
+    : Dialog(QString(), addressSession(context).get(), context.parent)
+    , m_recovery(context.controller, this->session)
     , m_guide(*this, [this] { return choice(); })
 {
     tarnis::setTranslatedTitle(*this, title);
-    setAttribute(Qt::WA_DeleteOnClose);
+    this->setAttribute(Qt::WA_DeleteOnClose);
     listen();
-    connect(&m_recovery, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
-    connect(&m_recovery, &SessionRecovery::wanted, this, &FolderChooser::resume);
+    this->connect(&m_recovery, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
+    this->connect(&m_recovery, &SessionRecovery::wanted, this, [this] { resume(); });
 }
+
+template <typename Dialog> void ServerChooser<Dialog>::closeEvent(QCloseEvent* event)
+{
+    const bool isGivenUp = this->isVisible(); // must be read before the next line hides the dialog
+    m_recovery.end();
+    Dialog::closeEvent(event);
+    if (isGivenUp)
+        this->reject();
+}
+
+template <typename Dialog> void ServerChooser<Dialog>::listen()
+{
+    this->connect(this->session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
+    this->connect(this->session, &TarnisSession::error, this,
+        [this](int, const QString& message) { m_recovery.fail(this->sender(), message); });
+}
+
+template <typename Dialog> void ServerChooser<Dialog>::resume()
+{
+    this->connect(m_recovery.renew(), &TarnisSession::result, this, &Dialog::result);
+    listen();
+    this->session->start(QThread::InheritPriority);
+    if (currentFolder().isEmpty())
+        this->requestPwd();
+    else
+        this->requestLs();
+    m_guide.setLost(false);
+}
+
+template class ServerChooser<SelectPathDialog>;
+template class ServerChooser<SelectDirectoryDialog>;
 
 void FolderChooser::askForName(const QString& name)
 {
@@ -65,95 +128,6 @@ void FolderChooser::askForName(const QString& name)
     const qsizetype dot = name.lastIndexOf(u'.');
     edit->setSelection(0, int(dot > 0 ? dot : name.size()));
     m_guide.update();
-}
-
-void FolderChooser::closeEvent(QCloseEvent* event)
-{
-    const bool isGivenUp = isVisible(); // must be read before the next line hides the dialog
-    m_recovery.end();
-    SelectPathDialog::closeEvent(event);
-    if (isGivenUp)
-        reject();
-}
-
-void FolderChooser::listen()
-{
-    connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
-    connect(session, &TarnisSession::error, this,
-        [this](int, const QString& message) { m_recovery.fail(sender(), message); });
-}
-
-void FolderChooser::resume()
-{
-    connect(m_recovery.renew(), &TarnisSession::result, this, &FolderChooser::result);
-    listen();
-    session->start(QThread::InheritPriority);
-    if (getDir().isEmpty())
-        requestPwd();
-    else
-        requestLs();
-    m_guide.setLost(false);
-}
-
-ChooserGuide::Choice FolderChooser::choice()
-{
-    if (exts.isEmpty())
-        return { {}, getDir() };
-    const QString name = typedName(*this);
-    return { nameProblem(name), joined(getDir(), matchExt(name) ? name : name + exts.constFirst()) };
-}
-
-FileChooser::FileChooser(const WindowContext& context, const tarnis::TranslatedText& title)
-    : SelectDirectoryDialog(QString(), addressSession(context).get(), context.parent)
-    , m_recovery(context.controller, session)
-    , m_guide(*this, [this] { return choice(); })
-{
-    tarnis::setTranslatedTitle(*this, title);
-    setAttribute(Qt::WA_DeleteOnClose);
-    listen();
-    connect(&m_recovery, &SessionRecovery::lost, this, [this] { m_guide.setLost(true); });
-    connect(&m_recovery, &SessionRecovery::wanted, this, &FileChooser::resume);
-}
-
-void FileChooser::closeEvent(QCloseEvent* event)
-{
-    const bool isGivenUp = isVisible(); // must be read before the next line hides the dialog
-    m_recovery.end();
-    SelectDirectoryDialog::closeEvent(event);
-    if (isGivenUp)
-        reject();
-}
-
-void FileChooser::listen()
-{
-    connect(session, &TarnisSession::result, &m_guide, &ChooserGuide::onReply);
-    connect(session, &TarnisSession::error, this,
-        [this](int, const QString& message) { m_recovery.fail(sender(), message); });
-}
-
-void FileChooser::resume()
-{
-    connect(m_recovery.renew(), &TarnisSession::result, this, &FileChooser::result);
-    listen();
-    session->start(QThread::InheritPriority);
-    if (dir.isEmpty())
-        requestPwd();
-    else
-        requestLs();
-    m_guide.setLost(false);
-}
-
-ChooserGuide::Choice FileChooser::choice()
-{
-    if (exts.isEmpty())
-        return { {}, dir };
-    const QListWidgetItem* const item = selectedItem();
-    const QString name = nameEdit ? typedName(*this) : item ? item->text() : QString();
-    if (nameEdit)
-        return { nameProblem(name), joined(dir, name.endsWith(exts.constFirst()) ? name : name + exts.constFirst()) };
-    if (name.isEmpty())
-        return { tr("Choose a file"), {} };
-    return { matchExt(name) ? QString() : tr("Choose a file; Enter opens the folder"), joined(dir, name) };
 }
 
 } // namespace console

@@ -12,40 +12,45 @@ namespace console {
 
 struct WindowContext;
 
-/// Chooses a folder of the server. Deletes itself when it is closed, and repeats its request when the connection is
-/// back.
-class FolderChooser : public SelectPathDialog {
-    Q_OBJECT
+/// What both choosers add to the library's Dialog, which is SelectPathDialog or SelectDirectoryDialog: it shows why
+/// there is no choice, repeats its request when the connection is back, and deletes itself when it is closed.
+template <typename Dialog> class ServerChooser : public Dialog {
 public:
-    FolderChooser(const WindowContext& context, const tarnis::TranslatedText& title);
-
-    /// Also requests a file name, and accepts any name; `name` is the initial one.
-    void askForName(const QString& name);
+    ServerChooser(const WindowContext& context, const tarnis::TranslatedText& title);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void listen();
     void resume();
+    QString currentFolder() const;
     ChooserGuide::Choice choice();
 
     SessionRecovery m_recovery;
     ChooserGuide m_guide;
 };
 
-/// Chooses a file or folder of the server, otherwise as FolderChooser.
-class FileChooser : public SelectDirectoryDialog {
+template <> QString ServerChooser<SelectPathDialog>::currentFolder() const;
+template <> QString ServerChooser<SelectDirectoryDialog>::currentFolder() const;
+template <> ChooserGuide::Choice ServerChooser<SelectPathDialog>::choice();
+template <> ChooserGuide::Choice ServerChooser<SelectDirectoryDialog>::choice();
+extern template class ServerChooser<SelectPathDialog>;
+extern template class ServerChooser<SelectDirectoryDialog>;
+
+/// Chooses a folder of the server.
+class FolderChooser : public ServerChooser<SelectPathDialog> {
     Q_OBJECT
 public:
-    FileChooser(const WindowContext& context, const tarnis::TranslatedText& title);
+    using ServerChooser::ServerChooser;
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-    void listen();
-    void resume();
-    ChooserGuide::Choice choice();
+    /// Also requests a file name, and accepts any name; `name` is the initial one.
+    void askForName(const QString& name);
+};
 
-    SessionRecovery m_recovery;
-    ChooserGuide m_guide;
+/// Chooses a file or folder of the server.
+class FileChooser : public ServerChooser<SelectDirectoryDialog> {
+    Q_OBJECT
+public:
+    using ServerChooser::ServerChooser;
 };
 
 /// Raises the owner's open chooser of this type; false if no such chooser is open.
