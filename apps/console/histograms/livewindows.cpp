@@ -161,47 +161,34 @@ template <typename Window> void resumePolling(Window& window, const tarnis::Serv
 
 } // namespace
 
-LiveCurves::LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request)
-    : LiveCurves(context, request())
-{
-    m_request = request;
-}
-
-LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& request)
-    : Graph1DDialog(context.controller.tarnis().GetSessionAddress(), request.title, request.xLabel, request.xMin,
-        request.xMax, request.resolution, 0, request.description, {}, request.command, request.first, request.last,
-        context.parent)
-    , m_request([request] { return request; })
-    , m_recovery(context.controller, session)
-    , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
-    , m_kept(new LastDataBar(context.controller, *getGraphWidget(),
-          [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
+template <typename Dialog>
+template <typename... Arguments>
+LivePlotDialog<Dialog>::LivePlotDialog(const WindowContext& context, const Arguments&... arguments)
+    : Dialog(context.controller.tarnis().GetSessionAddress(), arguments..., context.parent)
+    , m_recovery(context.controller, this->session)
+    , m_age(*this, [this] { return this->session && (this->isAutoUpdate() || m_isAsked); })
+    , m_kept(new LastDataBar(context.controller, *this->getGraphWidget(),
+          [this] { return this->getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
     addLines(*this, m_age, *m_kept);
-    setSavedName(*this, histogramOf(request.command));
-    connect(m_kept, &LastDataBar::released, this, &LiveCurves::update);
-    hooks = hooksOf(*this, m_isDrawn);
-    setMinPlotSize(*getGraphWidget(), minCurveChars);
-    getGraphWidget()->installEventFilter(this);
-    // The library's slot expects the English entries, but was called with the translated ones.
-    if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
-        connect(box, &QComboBox::currentIndexChanged, this,
-            [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
-    setTexts();
-    connect(&m_recovery, &SessionRecovery::lost, this, &LiveCurves::onLost);
-    connect(&m_recovery, &SessionRecovery::wanted, this, &LiveCurves::resume);
+    this->connect(m_kept, &LastDataBar::released, this, [this] { update(); });
+    this->hooks = hooksOf(*this, m_isDrawn);
+    this->connect(&m_recovery, &SessionRecovery::lost, this, [this] { onLost(); });
+    this->connect(&m_recovery, &SessionRecovery::wanted, this, [this] { resume(); });
 }
 
-void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
+template <typename Dialog>
+void LivePlotDialog<Dialog>::read(
+    const PTarnisCmd& command, const QByteArray& payload, bool arePairs, const std::function<void()>& show)
 {
     const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
     m_isAsked = false;
     m_isDrawn = false;
-    if (isData && isVisible() && m_kept->holds(isAllZero(payload, pairMode))) {
-        setInfoText(QString());
-        timer->start();
+    if (isData && this->isVisible() && m_kept->holds(isAllZero(payload, arePairs))) {
+        this->setInfoText(QString());
+        this->timer->start();
     } else {
-        show(command, payload);
+        show();
     }
     if (m_isDrawn)
         m_age.arrived();
@@ -209,29 +196,84 @@ void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
         m_age.answered();
 }
 
-void LiveCurves::show(const PTarnisCmd& command, const QByteArray& payload)
+template <typename Dialog> void LivePlotDialog<Dialog>::update()
 {
-    Graph1DDialog::result(command, payload);
-    chooseForm();
-}
-
-void LiveCurves::update()
-{
-    const bool isLost = !session;
-    if (isLost && (!m_recovery.retry() || isAutoUpdate()))
+    const bool isLost = !this->session;
+    if (isLost && (!m_recovery.retry() || this->isAutoUpdate()))
         return; // a new session polls by itself
     m_isAsked = true;
-    Graph1DDialog::update();
+    Dialog::update();
+}
+
+template <typename Dialog> bool LivePlotDialog<Dialog>::onResultExInfo(QList<QString> const& lines)
+{
+    return Dialog::onResultExInfo(lines) && !isRefused(lines);
+}
+
+template <typename Dialog> void LivePlotDialog<Dialog>::changeEvent(QEvent* event)
+{
+    const QString info = infoOf(*this);
+    Dialog::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    setTexts();
+    this->setInfoText(info);
+    if (!this->session)
+        onLost();
+}
+
+template <typename Dialog> void LivePlotDialog<Dialog>::closeEvent(QCloseEvent* event)
+{
+    m_recovery.end();
+    Dialog::closeEvent(event);
+}
+
+template <typename Dialog> void LivePlotDialog<Dialog>::onLost()
+{
+    this->timer->stop();
+    showLost(*this, m_recovery);
+}
+
+template <typename Dialog> void LivePlotDialog<Dialog>::resume()
+{
+    resumePolling(*this, m_recovery.renewedAddress());
+}
+
+template class LivePlotDialog<Graph1DDialog>;
+template class LivePlotDialog<Graph2DDialog>;
+
+LiveCurves::LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request)
+    : LiveCurves(context, request())
+{
+    m_request = request;
+}
+
+LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& request)
+    : LivePlotDialog(context, request.title, request.xLabel, request.xMin, request.xMax, request.resolution, 0,
+        request.description, QStringList(), request.command, request.first, request.last)
+    , m_request([request] { return request; })
+{
+    setSavedName(*this, histogramOf(request.command));
+    setMinPlotSize(*getGraphWidget(), minCurveChars);
+    getGraphWidget()->installEventFilter(this);
+    // The library's slot expects the English entries, but was called with the translated ones.
+    if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
+        connect(box, &QComboBox::currentIndexChanged, this,
+            [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
+    setTexts();
+}
+
+void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
+{
+    read(command, payload, pairMode, [&] {
+        Graph1DDialog::result(command, payload);
+        chooseForm();
+    });
 }
 
 void LiveCurves::error(int /*code*/, QString const& text)
 {
     m_recovery.fail(sender(), text);
-}
-
-bool LiveCurves::onResultExInfo(QList<QString> const& lines)
-{
-    return Graph1DDialog::onResultExInfo(lines) && !isRefused(lines);
 }
 
 void LiveCurves::setTexts()
@@ -287,35 +329,6 @@ bool LiveCurves::eventFilter(QObject* object, QEvent* event)
     return Graph1DDialog::eventFilter(object, event);
 }
 
-void LiveCurves::changeEvent(QEvent* event)
-{
-    const QString info = infoOf(*this);
-    Graph1DDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    setInfoText(info);
-    if (!session)
-        onLost();
-}
-
-void LiveCurves::closeEvent(QCloseEvent* event)
-{
-    m_recovery.end();
-    Graph1DDialog::closeEvent(event);
-}
-
-void LiveCurves::onLost()
-{
-    timer->stop();
-    showLost(*this, m_recovery);
-}
-
-void LiveCurves::resume()
-{
-    resumePolling(*this, m_recovery.renewedAddress());
-}
-
 LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>& request)
     : LiveMap(context, request())
 {
@@ -323,49 +336,19 @@ LiveMap::LiveMap(const WindowContext& context, const std::function<MapRequest()>
 }
 
 LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
-    : Graph2DDialog(context.controller.tarnis().GetSessionAddress(), request.title, request.xLabel, request.bins,
-        request.xMin, endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request),
-        request.yMin, endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, {}, request.command, context.parent)
+    : LivePlotDialog(context, request.title, request.xLabel, request.bins, request.xMin,
+        endOf(request.xMin, request.xMax, request.bins), 1, 0, request.yLabel, rowsOf(request), request.yMin,
+        endOf(request.yMin, request.yMax, rowsOf(request)), 1, 0, QStringList(), request.command)
     , m_request([request] { return request; })
-    , m_recovery(context.controller, session)
-    , m_age(*this, [this] { return session && (isAutoUpdate() || m_isAsked); })
-    , m_kept(new LastDataBar(context.controller, *getGraphWidget(),
-          [this] { return getGraphWidget()->getMaxValue() > 0.0 ? m_age.time() : QTime(); }))
 {
-    addLines(*this, m_age, *m_kept);
     setSavedName(*this, histogramOf(request.command));
     getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
-    connect(m_kept, &LastDataBar::released, this, &LiveMap::update);
-    hooks = hooksOf(*this, m_isDrawn);
     setMinPlotSize(*getGraphWidget(), minMapChars);
-    connect(&m_recovery, &SessionRecovery::lost, this, &LiveMap::onLost);
-    connect(&m_recovery, &SessionRecovery::wanted, this, &LiveMap::resume);
 }
 
 void LiveMap::result(PTarnisCmd command, QByteArray payload)
 {
-    const bool isData = command->m_bBinary && replyKind(command->m_replyText) != ReplyKind::Refused;
-    m_isAsked = false;
-    m_isDrawn = false;
-    if (isData && isVisible() && m_kept->holds(isAllZero(payload, false))) {
-        setInfoText(QString());
-        timer->start();
-    } else {
-        Graph2DDialog::result(command, payload);
-    }
-    if (m_isDrawn)
-        m_age.arrived();
-    else
-        m_age.answered();
-}
-
-void LiveMap::update()
-{
-    const bool isLost = !session;
-    if (isLost && (!m_recovery.retry() || isAutoUpdate()))
-        return; // a new session polls by itself
-    m_isAsked = true;
-    Graph2DDialog::update();
+    read(command, payload, false, [&] { Graph2DDialog::result(command, payload); });
 }
 
 void LiveMap::onFilterAccepted(const Graph2DFilter& filter)
@@ -383,11 +366,6 @@ void LiveMap::onFilterAccepted(const Graph2DFilter& filter)
 void LiveMap::error(int /*socketError*/, QString message)
 {
     m_recovery.fail(sender(), message);
-}
-
-bool LiveMap::onResultExInfo(QList<QString> const& lines)
-{
-    return Graph2DDialog::onResultExInfo(lines) && !isRefused(lines);
 }
 
 void LiveMap::setTexts()
@@ -417,33 +395,9 @@ void LiveMap::setFilteredTexts()
 
 void LiveMap::changeEvent(QEvent* event)
 {
-    const QString info = infoOf(*this);
-    Graph2DDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    setInfoText(info);
-    if (!session)
-        onLost();
-    QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection); // after they have handled the
-                                                                                       // language change
-}
-
-void LiveMap::closeEvent(QCloseEvent* event)
-{
-    m_recovery.end();
-    Graph2DDialog::closeEvent(event);
-}
-
-void LiveMap::onLost()
-{
-    timer->stop();
-    showLost(*this, m_recovery);
-}
-
-void LiveMap::resume()
-{
-    resumePolling(*this, m_recovery.renewedAddress());
+    LivePlotDialog::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) // queued: after the maps have handled it
+        QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection);
 }
 
 } // namespace console

@@ -36,41 +36,56 @@ struct CurvesRequest {
     int rows = 0; ///< number of rows of the histogram, shown if `last` omits some
 };
 
-/// Refusals and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
-/// last data is also shown there.
-class LiveCurves : public Graph1DDialog {
-    Q_OBJECT
+/// What the console adds to the library's Dialog, which is Graph1DDialog or Graph2DDialog: refusals and replies that
+/// cannot be drawn are reported below the plot, and the polling continues. The time of the last data is also shown
+/// there.
+template <typename Dialog> class LivePlotDialog : public Dialog {
 public:
-    /// `request` is called again for its texts when the language changes.
-    LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request);
-    LiveCurves(const WindowContext& context, const CurvesRequest& request);
-
     void update() override;
-    void result(PTarnisCmd command, QByteArray const& payload) override;
-    void error(int code, QString const& text) override;
     bool onResultExInfo(QList<QString> const& lines) override;
 
     DataAge& dataAge() { return m_age; }
     SessionRecovery& recovery() { return m_recovery; }
 
 protected:
+    /// `arguments` are those of Dialog between the server's address and the parent.
+    template <typename... Arguments>
+    explicit LivePlotDialog(const WindowContext& context, const Arguments&... arguments);
+
+    /// Reads a reply, of pairs of position and value if `arePairs`. Calls `show` unless the previous data are kept.
+    void read(const PTarnisCmd& command, const QByteArray& payload, bool arePairs, const std::function<void()>& show);
+    virtual void setTexts() = 0;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    void show(const PTarnisCmd& command, const QByteArray& payload);
-    bool eventFilter(QObject* object, QEvent* event) override;
-    void setTexts();
-    void showCaption();
-    void chooseForm();
     void onLost();
     void resume();
 
-    bool m_isFormChosen = false; ///< columns or a line: chosen once, when the number of bins is known
-    std::function<CurvesRequest()> m_request;
     SessionRecovery m_recovery;
     bool m_isDrawn = false; ///< the reply under way was drawn
     bool m_isAsked = false; ///< a poll is under way
     DataAge m_age;
     LastDataBar* m_kept;
+};
+
+/// A 1D window.
+class LiveCurves : public LivePlotDialog<Graph1DDialog> {
+    Q_OBJECT
+public:
+    /// `request` is called again for its texts when the language changes.
+    LiveCurves(const WindowContext& context, const std::function<CurvesRequest()>& request);
+    LiveCurves(const WindowContext& context, const CurvesRequest& request);
+
+    void result(PTarnisCmd command, QByteArray const& payload) override;
+    void error(int code, QString const& text) override;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void setTexts() override;
+    void showCaption();
+    void chooseForm();
+
+    bool m_isFormChosen = false; ///< columns or a line: chosen once, when the number of bins is known
+    std::function<CurvesRequest()> m_request;
 };
 
 /// The content of a 2D window.
@@ -87,22 +102,16 @@ struct MapRequest {
     QString command;
 };
 
-/// Refusals and replies that cannot be drawn are reported below the plot, and the polling continues. The time of the
-/// last data is also shown there.
-class LiveMap : public Graph2DDialog {
+/// A 2D window.
+class LiveMap : public LivePlotDialog<Graph2DDialog> {
     Q_OBJECT
 public:
     /// `request` is called again for its texts when the language changes.
     LiveMap(const WindowContext& context, const std::function<MapRequest()>& request);
     LiveMap(const WindowContext& context, const MapRequest& request);
 
-    void update() override;
     void result(PTarnisCmd command, QByteArray payload) override;
     void error(int socketError, QString message) override;
-    bool onResultExInfo(QList<QString> const& lines) override;
-
-    DataAge& dataAge() { return m_age; }
-    SessionRecovery& recovery() { return m_recovery; }
 
 public Q_SLOTS:
     /// Replaces the library's slot, which the filter's dialog looks up by this name: the title of the new map states
@@ -111,18 +120,10 @@ public Q_SLOTS:
 
 protected:
     void changeEvent(QEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
-    void setTexts();
+    void setTexts() override;
     void setFilteredTexts();
-    void onLost();
-    void resume();
 
     std::function<MapRequest()> m_request;
-    SessionRecovery m_recovery;
-    bool m_isDrawn = false; ///< the reply under way was drawn
-    bool m_isAsked = false; ///< a poll is under way
-    DataAge m_age;
-    LastDataBar* m_kept;
 };
 
 /// The previous values remain shown while there is no server.
@@ -149,5 +150,8 @@ protected:
     QLabel* m_infoLabel; ///< below the table; hidden without a problem
     DataAge m_age;
 };
+
+extern template class LivePlotDialog<Graph1DDialog>;
+extern template class LivePlotDialog<Graph2DDialog>;
 
 } // namespace console
