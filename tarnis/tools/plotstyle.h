@@ -88,7 +88,7 @@ public:
     static QColor textColour(Theme theme);
     /// @}
 
-    /// A menu of themes and forms; a click selects the next theme.
+    /// A menu of themes and forms; triggered, it selects the next theme.
     QList<QAction*> actions() const override;
     QString stateName() const override; ///< "style"
     QJsonObject saveState() const override; ///< all but the units

@@ -202,6 +202,8 @@ void PlotToolBar::actionEvent(QActionEvent* event)
         button->setAccessibleDescription(event->action()->toolTip());
         if (event->type() == QEvent::ActionAdded) {
             button->setFocusPolicy(Qt::NoFocus); // a click does not take the focus from the plot
+            if (event->action()->menu() != nullptr && m_collected.contains(event->action()))
+                qobject_cast<QToolButton*>(button)->setPopupMode(QToolButton::InstantPopup); // also by Space
             button->installEventFilter(this);
         }
         chooseTabStop();

@@ -4,6 +4,7 @@
 
 #include <tarnis/foundation/translation.h>
 #include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/tools/binaggregation.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plottoolbar.h>
@@ -198,6 +199,23 @@ private Q_SLOTS:
         QVERIFY(m_plot->hasFocus());
         m_plot->setParent(nullptr);
         m_bar->setParent(nullptr);
+    }
+
+    void aClickOpensTheMenuOfAnAction()
+    {
+        new BinAggregation(m_plot.get());
+        TRY_VERIFY(actionOf(*m_bar, QStringLiteral("binAggregation")) != nullptr);
+        QAction* const choose = actionOf(*m_bar, QStringLiteral("binAggregation"));
+        QMenu* const menu = choose->menu();
+        int shown = 0;
+        connect(menu, &QMenu::aboutToShow, this, [&shown] { ++shown; });
+        connect(menu, &QMenu::aboutToShow, menu, &QWidget::close, Qt::QueuedConnection);
+        m_bar->resize(600, 30);
+        m_bar->show();
+        QTest::mouseClick(m_bar->widgetForAction(choose), Qt::LeftButton, {}, { 6, 6 });
+        QCOMPARE(shown, 1);
+        QTest::keyClick(m_bar->widgetForAction(choose), Qt::Key_Space);
+        QCOMPARE(shown, 2);
     }
 
     void outlivesThePlot()

@@ -72,7 +72,7 @@ void PlotStyle::choose(const std::function<void()>& change)
         Q_EMIT styleChanged();
 }
 
-/// One action with a menu: a click selects the next theme.
+/// One action with a menu: triggered, it selects the next theme.
 void PlotStyle::makeActions()
 {
     m_menu = std::make_unique<QMenu>();
