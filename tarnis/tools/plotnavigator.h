@@ -89,6 +89,8 @@ private:
     TARNIS_NO_EXPORT bool handlePinch(const QNativeGestureEvent& event);
     TARNIS_NO_EXPORT void beginPan(const QPointF& position, quint64 timeMs);
     TARNIS_NO_EXPORT void endPan(bool cancel);
+    TARNIS_NO_EXPORT bool takeFocus();
+    TARNIS_NO_EXPORT void placeWheel(const PlotMapping& mapping, const QWheelEvent& event);
     TARNIS_NO_EXPORT void zoomAxis(Qt::Orientation axis, double share, int eighths);
     TARNIS_NO_EXPORT void zoomLevels(bool upper, int eighths);
     TARNIS_NO_EXPORT bool noteChange();

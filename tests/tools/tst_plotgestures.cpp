@@ -7,9 +7,12 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotnavigator.h>
+#include <tarnis/tools/plotstyle.h>
 
+#include <QLineEdit>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
+#include <QPushButton>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -106,6 +109,7 @@ public:
     {
         QWheelEvent event(
             at, plot->mapToGlobal(at), pixels, { 0, eighths }, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+        event.setTimestamp(timeMs);
         send(event);
     }
     void pinch(QPointF at, double change)
@@ -132,6 +136,7 @@ public:
 
     std::unique_ptr<XYGraphWidget> plot;
     PlotNavigator* navigator = nullptr;
+    quint64 timeMs = 0; // of the next wheel events
 
 private:
     void send(QEvent& event)
@@ -188,6 +193,46 @@ private:
     }
 
 private Q_SLOTS:
+    void notchesBackReturnToTheViewAlsoLater()
+    {
+        Hand hand(QStringLiteral("curves"));
+        const PlotStyle style(hand.plot.get()); // its labels have room by their width
+        hand.plot->grab();
+        const View start = hand.view();
+        const QPointF at = hand.pixel(0.3, 0.5);
+        hand.wheel(at, 3 * notch);
+        const int left = hand.mapping().plotRect().left();
+        hand.plot->onAutoScaleY(false);
+        hand.plot->setMinMaxY(-123456.0, 654321.0); // longer labels move the plot rectangle
+        hand.plot->refreshPixmap();
+        hand.plot->grab();
+        QVERIFY(hand.mapping().plotRect().left() != left);
+        hand.timeMs += 60000;
+        hand.wheel(at, -3 * notch);
+        QCOMPARE(hand.view().minX, start.minX);
+        QCOMPARE(hand.view().maxX, start.maxX);
+    }
+
+    void theWheelTakesTheKeyboard()
+    {
+        QWidget window;
+        QPushButton button(&window);
+        QLineEdit edit(&window);
+        Hand hand(QStringLiteral("curves"));
+        hand.plot->setParent(&window);
+        window.resize(500, 450);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        hand.plot->show();
+        edit.setFocus();
+        hand.wheel(hand.pixel(0.5, 0.5), notch);
+        QVERIFY(edit.hasFocus()); // the user types
+        button.setFocus();
+        hand.wheel(hand.pixel(0.5, 0.5), notch);
+        QVERIFY(hand.plot->hasFocus());
+    }
+
     void wheelKeepsTheValueUnderThePointer_data() { addKinds(); }
     void wheelKeepsTheValueUnderThePointer()
     {

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
+#include <QPointer>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -71,18 +72,9 @@ bool PlotNavigator::handleWheel(QWheelEvent& event)
     event.accept();
     if (steps == 0 || m_data->isPanning)
         return true;
-    if (!noteChange())
+    if (!takeFocus() || !noteChange())
         return true;
-    const QPointF at = mapping.toFrame(event.position());
-    const QRectF rect = mapping.frameRect();
-    if (event.position() != m_data->wheelAt || event.timestamp() > m_data->wheelTime + ViewHistory::sameGestureMs) {
-        // The anchor is kept while the pointer does not move, because the plot rectangle moves slightly with the width
-        // of the labels.
-        m_data->wheelAt = event.position();
-        m_data->wheelShareX = (at.x() - rect.left()) / rect.width();
-        m_data->wheelShareY = (mapping.frameRect().bottom() - at.y()) / rect.height();
-    }
-    m_data->wheelTime = event.timestamp();
+    placeWheel(mapping, event);
     const bool isMap = m_data->view.map() != nullptr;
     if (zone == PlotZone::ColourBar)
         zoomLevels(!isShift, steps);
@@ -90,9 +82,41 @@ bool PlotNavigator::handleWheel(QWheelEvent& event)
         zoomAxis(Qt::Horizontal, m_data->wheelShareX, steps);
     if (zone == PlotZone::AxisY || (zone == PlotZone::Plot && (isCtrl || isShift || isMap)))
         zoomAxis(Qt::Vertical, m_data->wheelShareY, steps);
+    m_data->wheelX = m_data->view.range(Qt::Horizontal);
+    m_data->wheelY = m_data->view.range(Qt::Vertical);
     const int modifiers = (isCtrl ? 1 : 0) + (isShift ? 2 : 0);
     commit(WheelKind, static_cast<int>(zone) * 4 + modifiers, event.timestamp());
     return true;
+}
+
+/// The next key is for the plot that the user zooms, unless the user types in another control of the window. In a
+/// scroll area the focus decides what the wheel does, so there a click takes it. Returns false if a slot has deleted
+/// the tool.
+bool PlotNavigator::takeFocus()
+{
+    const QWidget* const focused = plot()->window()->focusWidget();
+    const bool isTyping = focused != nullptr && focused->testAttribute(Qt::WA_InputMethodEnabled);
+    if (plot()->hasFocus() || isTyping || isInScrollArea(*plot()))
+        return true;
+    const QPointer<PlotNavigator> self(this);
+    plot()->setFocus(Qt::MouseFocusReason);
+    return !self.isNull() && plot() != nullptr;
+}
+
+/// Sets the anchor of the zoom. While the pointer rests it is kept, because the plot rectangle moves slightly with the
+/// width of the labels: the same notches back lead to the same range, also later, unless something else changed it.
+void PlotNavigator::placeWheel(const PlotMapping& mapping, const QWheelEvent& event)
+{
+    const QPointF at = mapping.toFrame(event.position());
+    const QRectF rect = mapping.frameRect();
+    const bool isNew = event.position() != m_data->wheelAt;
+    const bool isLate = event.timestamp() > m_data->wheelTime + ViewHistory::sameGestureMs;
+    m_data->wheelAt = event.position();
+    m_data->wheelTime = event.timestamp();
+    if (isNew || (isLate && m_data->view.range(Qt::Horizontal) != m_data->wheelX))
+        m_data->wheelShareX = (at.x() - rect.left()) / rect.width();
+    if (isNew || (isLate && m_data->view.range(Qt::Vertical) != m_data->wheelY))
+        m_data->wheelShareY = (mapping.frameRect().bottom() - at.y()) / rect.height();
 }
 
 bool PlotNavigator::handlePinch(const QNativeGestureEvent& event)

@@ -53,6 +53,8 @@ struct TARNIS_NO_EXPORT PlotNavigator::Internals final : TwoFingerGesture {
     QPointF wheelAt; // position and anchor of the last step
     double wheelShareX = 0.0;
     double wheelShareY = 0.0;
+    AxisRange wheelX; // the ranges that it showed
+    AxisRange wheelY;
     quint64 wheelTime = 0;
     // Middle drag, or two fingers
     bool isPanning = false;
