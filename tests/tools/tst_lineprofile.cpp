@@ -180,6 +180,20 @@ private Q_SLOTS:
         QVERIFY(!profile.profilePlot()->isVisible());
     }
 
+    void aDragThatLeavesThePlotEndsAtItsBorder()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        showActive(map, { 600, 400 });
+        profile.setOn(true);
+        profile.setLine({ 5, 2.5 }, { 9, 2.5 });
+        const double last = PlotMapping::of(map).columnEdges(PlotMapping::of(map).columns() - 1).max;
+        PlotMouse(map).drag(pixelOf(map, 9, 2.5), QPoint(map.width() + 500, pixelOf(map, 9, 2.5).y()));
+        QVERIFY2(last - profile.to().x() <= 1.0, qPrintable(QString::number(profile.to().x())));
+        QCOMPARE(profile.from(), QPointF(5, 2.5));
+    }
+
     void theHandleWidensTheBand()
     {
         XY2DGraphWidget map;

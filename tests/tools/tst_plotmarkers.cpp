@@ -142,6 +142,17 @@ private Q_SLOTS:
         QCOMPARE(markers.markers().at(0).position.x(), 65.0);
     }
 
+    void aDragThatLeavesThePlotEndsAtItsBorder()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        showActive(plot);
+        markers.add({ 15, 0 });
+        PlotMouse(plot).drag(pixelOf(plot, 15, 3), QPoint(plot.width() + 500, 5));
+        QCOMPARE(markers.markers().at(0).position.x(), 95.0);
+    }
+
     void escapeRevertsADrag()
     {
         XY2DGraphWidget map;

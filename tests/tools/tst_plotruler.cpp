@@ -94,6 +94,18 @@ private Q_SLOTS:
         QVERIFY(ruler.text().endsWith(QStringLiteral("Σ 0: 11   Σ 2: 15")));
     }
 
+    void aDragThatLeavesThePlotEndsAtItsBorder()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        ruler.setOn(true);
+        PlotMouse(plot).drag(pixelOf(plot, 15, 3), QPoint(plot.width() + 500, 5));
+        QCOMPARE(ruler.from().x(), 15.0);
+        QCOMPARE(ruler.to().x(), 95.0);
+    }
+
     void keepsTheTextBesideTheLegend()
     {
         MultiVectorGraphWidget plot;

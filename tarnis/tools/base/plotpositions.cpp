@@ -33,6 +33,13 @@ bool isOverPlot(const PlotMapping& mapping, const QPointF& pixel)
     return mapping.isValid() && mapping.plotRect().contains(pixel.toPoint());
 }
 
+QPointF pixelInPlot(const PlotMapping& mapping, const QPointF& pixel)
+{
+    const QRect rect = mapping.plotRect();
+    return { std::clamp<double>(pixel.x(), rect.left(), std::max(rect.left(), rect.right())),
+        std::clamp<double>(pixel.y(), rect.top(), std::max(rect.top(), rect.bottom())) };
+}
+
 QJsonArray placesToJson(const PlacePair& places)
 {
     return { places.from.x(), places.from.y(), places.to.x(), places.to.y() };

@@ -39,6 +39,9 @@ bool isFinitePlace(const QPointF& place);
 /// True if the pixel of the widget is in the plot rectangle of a mapping that is valid.
 bool isOverPlot(const PlotMapping& mapping, const QPointF& pixel);
 
+/// The nearest pixel of the plot rectangle: a drag that leaves the plot goes on along its border.
+QPointF pixelInPlot(const PlotMapping& mapping, const QPointF& pixel);
+
 /// Two places of a stored view, as [x, y, x, y]. Nothing if there are not four finite numbers. @{
 struct PlacePair {
     QPointF from;

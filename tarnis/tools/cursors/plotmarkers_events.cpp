@@ -100,8 +100,8 @@ bool PlotMarkers::handleMove(const QMouseEvent& event)
     m_pointer = event.position();
     m_isOver = isOverPlot(mapping, m_pointer);
     if (m_dragged >= 0) {
-        if (m_isOver)
-            place(m_dragged, snappedToBins(mapping, mapping.valueAt(m_pointer)));
+        if (mapping.isValid())
+            place(m_dragged, snappedToBins(mapping, mapping.valueAt(pixelInPlot(mapping, m_pointer))));
         return true;
     }
     if (event.buttons() == Qt::NoButton && markerAt(mapping, m_pointer) >= 0)

@@ -281,9 +281,9 @@ bool PlotRuler::handleMove(const QMouseEvent& event)
     if (m_grip == Grip::None)
         return false;
     const PlotMapping mapping = PlotMapping::of(*plot());
-    if (!isOverPlot(mapping, event.position()))
+    if (!mapping.isValid())
         return true;
-    const QPointF at = mapping.valueAt(event.position());
+    const QPointF at = mapping.valueAt(pixelInPlot(mapping, event.position()));
     setEnds(m_grip == Grip::From ? at : m_from, m_grip == Grip::To ? at : m_to);
     return true;
 }

@@ -150,8 +150,8 @@ bool LineProfile::handleMove(const QMouseEvent& event)
     const PlotMapping mapping = PlotMapping::of(*plot());
     const bool isOver = isOverPlot(mapping, event.position());
     if (m_grip != Grip::None) {
-        if (isOver)
-            drag(mapping, event.position());
+        if (mapping.isValid())
+            drag(mapping, pixelInPlot(mapping, event.position()));
         return true;
     }
     if (!m_isOn || event.buttons() != Qt::NoButton)
