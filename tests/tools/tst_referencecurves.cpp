@@ -155,6 +155,28 @@ private Q_SLOTS:
         QVERIFY(references.problem().isEmpty());
     }
 
+    void hidesTheCurvesOfHiddenOnes()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 3; ++i)
+            plot.setData(i, { 10.0 * (i + 1), 1 }, 30);
+        ReferenceCurves references(&plot);
+        references.freeze();
+        references.setView(ReferenceCurves::View::Difference);
+        QCOMPARE(references.extremes(0, 1, false), qMakePair(1.0, 30.0));
+        plot.setEnable(0, false);
+        plot.setEnable(2, false);
+        QCOMPARE(references.extremes(0, 1, false), qMakePair(1.0, 20.0));
+        QCOMPARE(references.compared(0), (QList<double> { 0, 0 })); // with its own reference, though it is alone
+        references.add(dataset(3, 2, 40)); // without names: by their order
+        QCOMPARE(references.compared(0), (QList<double> { -20, -39 }));
+        references.removeCurrent();
+        plot.setEnable(2, true);
+        QCOMPARE(references.extremes(0, 1, false), qMakePair(1.0, 30.0));
+    }
+
     void readsFilesAndRuns()
     {
         const QTemporaryDir directory;

@@ -15,7 +15,7 @@ namespace tarnis {
 
 namespace {
 
-QList<ShownCurve> curvesIn(const MultiVectorGraphWidget& plot)
+QList<ShownCurve> curvesIn(const MultiVectorGraphWidget& plot, bool isEnabled)
 {
     const QList<Series>& series = PlotAccess::series(plot);
     const auto type = PlotAccess::addType(plot);
@@ -24,12 +24,13 @@ QList<ShownCurve> curvesIn(const MultiVectorGraphWidget& plot)
     QList<ShownCurve> shown;
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
-        if (!curve.enable || curve.records.isEmpty() || lengthOf(series, curve) == 0)
+        if (curve.enable != isEnabled || curve.records.isEmpty() || lengthOf(series, curve) == 0)
             continue;
         const bool isSeries = type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1);
         const QString given = isSeries ? seriesName(plot, static_cast<int>(i)) : QString();
-        ShownCurve entry { given.isEmpty() ? QString::number(i + plot.m_firstNumber) : given,
-            shownCurveColour(plot, static_cast<int>(i), curve.color), {} };
+        const int place = static_cast<int>(i);
+        const QString name = given.isEmpty() ? QString::number(place + plot.m_firstNumber) : given;
+        ShownCurve entry { name, shownCurveColour(plot, place, curve.color), {}, name, place };
         for (const int record : curve.records)
             entry.parts.append(series.at(record).values);
         shown.append(entry);
@@ -79,11 +80,17 @@ std::optional<double> ShownCurve::at(qsizetype index) const
 QList<ShownCurve> shownCurves(const XYGraphWidget& plot)
 {
     if (const auto* curves = qobject_cast<const MultiVectorGraphWidget*>(&plot))
-        return curvesIn(*curves);
+        return curvesIn(*curves, true);
     const auto* curve = qobject_cast<const VectorGraphWidget*>(&plot);
     if (curve == nullptr || PlotAccess::samples(*curve).isEmpty())
         return {};
     return { { {}, shownCurveColour(plot, 0, Qt::white), { PlotAccess::samples(*curve) } } };
+}
+
+QList<ShownCurve> hiddenCurves(const XYGraphWidget& plot)
+{
+    const auto* const curves = qobject_cast<const MultiVectorGraphWidget*>(&plot);
+    return curves != nullptr ? curvesIn(*curves, false) : QList<ShownCurve>();
 }
 
 const SampleBlocks* blocksOf(XYGraphWidget& plot, const ShownCurve& curve)

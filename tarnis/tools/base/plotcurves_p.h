@@ -22,6 +22,8 @@ struct ShownCurve {
     QString name; ///< name set by the host, else its number; empty if there is only one curve
     QColor color;
     QList<QList<double>> parts; ///< several for a sum; the first has the length of the curve
+    QString identity = {}; ///< as `name`, also if it is the only curve; empty on a plot of one series
+    int place = 0; ///< among all curves of the plot, hidden ones included
 
     qsizetype size() const { return parts.isEmpty() ? 0 : parts.constFirst().size(); }
     /// The sample, or the sum over the parts that contain it. Empty outside of the curve.
@@ -37,6 +39,8 @@ struct ShownCurve {
 
 /// The visible curves in the order of the plot; empty for a map.
 QList<ShownCurve> shownCurves(const XYGraphWidget& plot);
+/// The curves that would be visible if they were not hidden.
+QList<ShownCurve> hiddenCurves(const XYGraphWidget& plot);
 
 /// The blocks of the samples of a curve that is not a sum; null without them. Valid until the next call.
 const SampleBlocks* blocksOf(XYGraphWidget& plot, const ShownCurve& curve);

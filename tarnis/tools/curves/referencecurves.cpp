@@ -113,7 +113,7 @@ bool ReferenceCurves::freeze(const QString& name)
     Reference reference { name.isEmpty() ? QTime::currentTime().toString(QStringLiteral("HH:mm:ss")) : name, {},
         m_liveTime, true, {}, {} };
     for (const ShownCurve& curve : live) {
-        reference.curveNames.append(curve.name);
+        reference.curveNames.append(curve.identity);
         reference.curves.append(samplesOf(curve));
     }
     append(reference);
@@ -312,13 +312,13 @@ double ReferenceCurves::normOf(const Reference& reference, const QList<double>& 
     return std::isfinite(norm) && norm > 0.0 ? norm : 1.0;
 }
 
-/// The visible curve of the same name; where names do not tell, that in the same place of as many. -1 without one.
-int ReferenceCurves::liveOf(const Reference& reference, int row, const QList<ShownCurve>& live)
+/// The curve of the same name; where names do not tell, that in the same place of as many. -1 without one.
+int ReferenceCurves::curveOf(const Reference& reference, int row, const QList<ShownCurve>& curves, qsizetype count)
 {
-    for (int i = 0; i < live.size(); ++i) {
-        const QString& name = live.at(i).name;
-        const qsizetype named = name.isEmpty() ? -1 : reference.curveNames.indexOf(name);
-        if (named == row || (named < 0 && i == row && live.size() == reference.curves.size()))
+    for (int i = 0; i < curves.size(); ++i) {
+        const ShownCurve& curve = curves.at(i);
+        const qsizetype named = curve.identity.isEmpty() ? -1 : reference.curveNames.indexOf(curve.identity);
+        if (named == row || (named < 0 && curve.place == row && count == reference.curves.size()))
             return i;
     }
     return -1;
@@ -336,10 +336,14 @@ const QList<ReferenceCurves::Pair>& ReferenceCurves::pairs(const QList<ShownCurv
     QList<QList<double>> samples;
     for (const ShownCurve& curve : live)
         samples.append(samplesOf(curve));
+    const QList<ShownCurve> hidden = hiddenCurves(*plot());
+    const qsizetype count = live.size() + hidden.size();
     for (int index = 0; index < m_references.size(); ++index) {
         const Reference& reference = m_references.at(index);
         for (int row = 0; row < reference.curves.size(); ++row) {
-            Pair pair { index, liveOf(reference, row, live), {}, reference.curves.at(row), {} };
+            Pair pair { index, curveOf(reference, row, live, count), {}, reference.curves.at(row), {} };
+            if (pair.live < 0 && curveOf(reference, row, hidden, count) >= 0)
+                continue; // hidden with its curve
             if (pair.live >= 0) {
                 pair.samples = samples.at(pair.live);
                 pair.norm = normOf(reference, pair.samples, pair.reference);
