@@ -11,6 +11,7 @@
 #include "histograms/serverhistograms.h"
 #include "notices/messagelist.h"
 #include "plots/plottheme.h"
+#include "plots/plottools.h"
 #include "run/runcontrol.h"
 #include "run/runpanel.h"
 #include "saves/savedialog.h"
@@ -369,8 +370,11 @@ void MainWindow::saveRecord()
 
 void MainWindow::showKeyboard()
 {
-    auto* box = new KeyboardDialog(ui->menuBar->findChildren<QMenu*>(), this);
+    QWidget* const asking = QApplication::activeWindow(); // perhaps a live window
+    auto* box = new KeyboardDialog(ui->menuBar->findChildren<QMenu*>(), asking ? asking : this);
     box->open();
+    if (asking && plotOf(*asking))
+        box->showPlots();
 }
 
 void MainWindow::showAbout()

@@ -15,6 +15,7 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -27,6 +28,7 @@
 #include <QRadioButton>
 #include <QShortcut>
 #include <QStyle>
+#include <QTableWidget>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -78,6 +80,43 @@ private Q_SLOTS:
             QVERIFY(shortcut);
             QCOMPARE(shortcut->key(), QKeySequence(Qt::Key_F5));
         }
+    }
+
+    void aLiveWindowBeginsAtItsPlot()
+    {
+        FullConsoleFixture full;
+        auto* const window = full.fixture.open<Graph1DDialog>("curves");
+        window->activateWindow();
+        TRY_VERIFY(window->getGraphWidget()->hasFocus());
+    }
+
+    void aPlotListsItsKeysAndGestures()
+    {
+        FullConsoleFixture full;
+        auto* const window = full.fixture.open<Graph1DDialog>("curves");
+        takeKeyboard(*window->getGraphWidget());
+        QTest::keyClick(window->getGraphWidget(), Qt::Key_F1);
+        auto* const box = window->findChild<QDialog*>(QStringLiteral("keyboardBox"));
+        QVERIFY(box);
+        const auto* const table = box->findChild<QTableWidget*>();
+        QVERIFY(table->currentItem() && table->currentItem()->row() > 20); // past the keys of the console
+        QVERIFY(!table->findItems(QStringLiteral("Ctrl+Wheel"), Qt::MatchExactly).isEmpty());
+        box->close();
+    }
+
+    void aPlotCopiesItsPictureOrValues()
+    {
+        FullConsoleFixture full;
+        auto& plot = *full.fixture.open<Graph1DDialog>("curves")->getGraphWidget();
+        TRY_VERIFY(plot.hasData());
+        takeKeyboard(plot);
+        const QClipboard& clipboard = *QGuiApplication::clipboard();
+        QTest::keyClick(&plot, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(clipboard.image().size(), plot.size() * 2);
+        QTest::keyClick(&plot, Qt::Key_C);
+        QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier); // pins the cross
+        QTest::keyClick(&plot, Qt::Key_C, Qt::ControlModifier);
+        QVERIFY2(clipboard.text().startsWith(QStringLiteral("bin\t")), qPrintable(clipboard.text()));
     }
 
     void aPlotIsMovedAndZoomedByKeys()

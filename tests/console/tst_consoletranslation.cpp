@@ -302,7 +302,8 @@ private Q_SLOTS:
         const int width = table->fontMetrics().horizontalAdvance(table->item(table->rowCount() - 3, 0)->text());
         QVERIFY(table->columnWidth(0) > width);
         fixture.choose("deAction");
-        TRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(), "In einem Diagramm: alles zeigen");
+        TRY_COMPARE(table->item(table->rowCount() - 1, 1)->text(),
+            QStringLiteral("In einem Diagramm: eine Kurve verbergen oder zeigen; zweimal: sie allein zeigen"));
     }
 
     void theKeyboardDialogListsTheKeysOfTheWindows()

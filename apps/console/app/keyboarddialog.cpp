@@ -53,12 +53,13 @@ KeyboardDialog::KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent)
 
 void KeyboardDialog::setTexts()
 {
-    setWindowTitle(tr("Keyboard"));
-    m_table->setAccessibleName(tr("Keys"));
-    m_table->setHorizontalHeaderLabels({ tr("Key"), tr("What it does") });
+    setWindowTitle(tr("Keyboard and Mouse"));
+    m_table->setAccessibleName(tr("Keys and gestures"));
+    m_table->setHorizontalHeaderLabels({ tr("Key or gesture"), tr("What it does") });
     m_table->setRowCount(0);
     addMenus();
     addOthers();
+    addGestures();
     m_table->resizeColumnToContents(0);
     m_table->setColumnWidth(0, m_table->columnWidth(0) + fontMetrics().averageCharWidth() * 3);
 }
@@ -86,6 +87,7 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::SHIFT | Qt::Key_S }),
         tr("In Text on the Server: save, save under another name"));
     addRow(named({ Qt::CTRL | Qt::Key_W }), tr("Close a window"));
+    m_firstOfPlots = m_table->rowCount();
     addRow(named({ Qt::Key_Menu }), tr("In a plot: its tools"));
     addRow(named({ Qt::Key_Escape }), tr("In a plot: leave the tool"));
     addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
@@ -96,8 +98,9 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::Key_G, Qt::Key_L }), tr("In a plot: grid, logarithmic scale"));
     addRow(named({ Qt::Key_C, Qt::Key_P, Qt::CTRL | Qt::Key_C }),
         tr("In a plot: the values under the pointer; pin them, copy them"));
+    addRow(named({ Qt::CTRL | Qt::Key_C }), tr("In a plot without values to copy: copy its picture"));
     addRow(named({ Qt::Key_M, Qt::Key_R }), tr("In a plot: set a marker; the ruler"));
-    addRow(named({ Qt::SHIFT | Qt::Key_M }), tr("In a plot: select the next marker"));
+    addRow(named({ Qt::SHIFT | Qt::Key_M, Qt::Key_Delete }), tr("In a plot: select the next marker, remove it"));
     addRow(named({ Qt::CTRL | Qt::Key_Left, Qt::CTRL | Qt::Key_Right }),
         tr("In a plot: move the cross, or the end of the ruler or profile; with Shift by ten bins"));
     addRow(named({ Qt::Key_E, Qt::SHIFT | Qt::Key_C, Qt::Key_B }),
@@ -105,6 +108,24 @@ void KeyboardDialog::addOthers()
     addRow(named({ Qt::SHIFT | Qt::Key_L }), tr("In a plot: the legend"));
     addRow(named({ Qt::Key_F6 }), tr("In a plot: to the boxes beside its window, and back"));
     addRow(named({ Qt::Key_Home }), tr("In a plot: show all"));
+}
+
+void KeyboardDialog::showPlots()
+{
+    m_table->setCurrentCell(m_firstOfPlots, 0);
+    m_table->scrollToItem(m_table->item(m_firstOfPlots, 0), QAbstractItemView::PositionAtTop);
+}
+
+void KeyboardDialog::addGestures()
+{
+    addRow(
+        tr("Wheel"), tr("In a plot: zoom at the pointer; over an axis along it, over the colours their upper limit"));
+    addRow(tr("Shift+Wheel"), tr("In a plot: zoom along Y; over the colours their lower limit"));
+    addRow(tr("Ctrl+Wheel"), tr("In a plot: zoom along both axes"));
+    addRow(tr("Middle drag"), tr("In a plot: move; begun on an axis along it"));
+    addRow(tr("Double click"), tr("In a plot: follow the data again; on an axis along it"));
+    addRow(tr("Side buttons"), tr("In a plot: to the previous view, back and forward"));
+    addRow(tr("Click in the legend"), tr("In a plot: hide or show a curve; twice: show it alone"));
 }
 
 void KeyboardDialog::addRow(const QString& keys, const QString& text)

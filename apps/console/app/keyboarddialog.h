@@ -1,4 +1,4 @@
-// The keys of the console in a table: those of the menus, then those that are in no menu.
+// The keys of the console in a table: those of the menus, then those that are in no menu, and gestures of the mouse.
 #pragma once
 
 #include <QDialog>
@@ -14,15 +14,20 @@ class KeyboardDialog : public QDialog {
 public:
     KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent);
 
+    /// Scrolls to the keys of plots.
+    void showPlots();
+
 protected:
     void changeEvent(QEvent* event) override;
     void setTexts();
     void addMenus();
     void addOthers();
+    void addGestures();
     void addRow(const QString& keys, const QString& text);
 
     QList<QMenu*> m_menus;
     QTableWidget* m_table;
+    int m_firstOfPlots = 0; // row
 };
 
 } // namespace console

@@ -4,6 +4,8 @@
 
 #include <tarnis/dialogs/graph1ddialog.h>
 #include <tarnis/dialogs/graph2ddialog.h>
+#include <tarnis/export/plotexporter.h>
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/binaggregation.h>
@@ -19,9 +21,32 @@
 #include <tarnis/tools/plottoolbar.h>
 #include <tarnis/tools/referencecurves.h>
 
+#include <QAction>
 #include <QBoxLayout>
+#include <QCoreApplication>
 
 namespace console {
+
+namespace {
+
+struct PlotTools {
+    Q_DECLARE_TR_FUNCTIONS(PlotTools)
+};
+
+/// Copies the picture of a plot. A tool of the plot that has values to copy receives the key first.
+QAction* newCopyAction(XYGraphWidget& plot)
+{
+    auto* const action = new QAction(&plot);
+    action->setObjectName(QStringLiteral("copyPicture"));
+    action->setShortcut(QKeySequence::Copy);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    plot.addAction(action);
+    tarnis::setTranslatedText(*action, plot, [] { return PlotTools::tr("Copy Picture"); });
+    QObject::connect(action, &QAction::triggered, &plot, [&plot] { tarnis::PlotExporter(plot).copyPicture(); });
+    return action;
+}
+
+} // namespace
 
 void attachTools(XYGraphWidget& plot)
 {
@@ -65,6 +90,8 @@ void addToolBar(QWidget& window)
     auto* const bar = new tarnis::PlotToolBar(plot, &window);
     layout->insertWidget(0, bar);
     addPanels(*bar);
+    bar->addAction(newCopyAction(*plot));
+    plot->setFocus(Qt::OtherFocusReason); // its keys work at once
 }
 
 } // namespace console

@@ -549,6 +549,13 @@
     </message>
 </context>
 <context>
+    <name>PlotTools</name>
+    <message>
+        <source>Copy Picture</source>
+        <translation>Bild kopieren</translation>
+    </message>
+</context>
+<context>
     <name>PlotPanels</name>
     <message>
         <source>Analysis</source>
@@ -1682,16 +1689,16 @@
 <context>
     <name>console::KeyboardDialog</name>
     <message>
-        <source>Keyboard</source>
-        <translation>Tastatur</translation>
+        <source>Keyboard and Mouse</source>
+        <translation>Tastatur und Maus</translation>
     </message>
     <message>
-        <source>Keys</source>
-        <translation>Tasten</translation>
+        <source>Keys and gestures</source>
+        <translation>Tasten und Gesten</translation>
     </message>
     <message>
-        <source>Key</source>
-        <translation>Taste</translation>
+        <source>Key or gesture</source>
+        <translation>Taste oder Geste</translation>
     </message>
     <message>
         <source>What it does</source>
@@ -1782,8 +1789,8 @@
         <translation>In einem Diagramm: die Legende</translation>
     </message>
     <message>
-        <source>In a plot: select the next marker</source>
-        <translation>In einem Diagramm: die nächste Marke wählen</translation>
+        <source>In a plot: select the next marker, remove it</source>
+        <translation>In einem Diagramm: die nächste Marke wählen, sie löschen</translation>
     </message>
     <message>
         <source>In a plot: move the cross, or the end of the ruler or profile; with Shift by ten bins</source>
@@ -1792,6 +1799,62 @@
     <message>
         <source>In a plot: error bars, a reference, in a map a profile</source>
         <translation>In einem Diagramm: Fehlerbalken, eine Referenz, in einer Karte ein Profil</translation>
+    </message>
+    <message>
+        <source>In a plot without values to copy: copy its picture</source>
+        <translation>In einem Diagramm ohne Werte zum Kopieren: sein Bild kopieren</translation>
+    </message>
+    <message>
+        <source>Wheel</source>
+        <translation>Rad</translation>
+    </message>
+    <message>
+        <source>In a plot: zoom at the pointer; over an axis along it, over the colours their upper limit</source>
+        <translation>In einem Diagramm: am Zeiger vergrößern; über einer Achse längs dieser, über den Farben deren obere Grenze</translation>
+    </message>
+    <message>
+        <source>Shift+Wheel</source>
+        <translation>Umschalt+Rad</translation>
+    </message>
+    <message>
+        <source>In a plot: zoom along Y; over the colours their lower limit</source>
+        <translation>In einem Diagramm: längs Y vergrößern; über den Farben deren untere Grenze</translation>
+    </message>
+    <message>
+        <source>Ctrl+Wheel</source>
+        <translation>Strg+Rad</translation>
+    </message>
+    <message>
+        <source>In a plot: zoom along both axes</source>
+        <translation>In einem Diagramm: längs beider Achsen vergrößern</translation>
+    </message>
+    <message>
+        <source>Middle drag</source>
+        <translation>Ziehen mit der mittleren Taste</translation>
+    </message>
+    <message>
+        <source>In a plot: move; begun on an axis along it</source>
+        <translation>In einem Diagramm: verschieben; auf einer Achse begonnen längs dieser</translation>
+    </message>
+    <message>
+        <source>Double click</source>
+        <translation>Doppelklick</translation>
+    </message>
+    <message>
+        <source>In a plot: follow the data again; on an axis along it</source>
+        <translation>In einem Diagramm: wieder den Daten folgen; auf einer Achse längs dieser</translation>
+    </message>
+    <message>
+        <source>Side buttons</source>
+        <translation>Seitliche Maustasten</translation>
+    </message>
+    <message>
+        <source>Click in the legend</source>
+        <translation>Klick in der Legende</translation>
+    </message>
+    <message>
+        <source>In a plot: hide or show a curve; twice: show it alone</source>
+        <translation>In einem Diagramm: eine Kurve verbergen oder zeigen; zweimal: sie allein zeigen</translation>
     </message>
 </context>
 <context>
