@@ -1,5 +1,5 @@
-# tarnis_precompile(<target>... [CORE]): compiles the targets with the precompiled header of their kind. CORE: the header
-# without widgets, for targets that do not see them.
+# tarnis_precompile(<target>... [CORE | TEST]): compiles the targets with the precompiled header of their kind. CORE: the
+# header without widgets, for targets that do not see them. TEST: the header with Qt Test, for test programs.
 #
 # GCC and Clang accept a precompiled header only from a compilation with the same code generation flags, so each kind of
 # target (archive, program) shares one that an empty target holds. The library's objects have hidden symbols and hold
@@ -7,6 +7,7 @@
 
 set(TARNIS_PCH_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/headers.h")
 set(TARNIS_PCH_CORE_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/coreheaders.h")
+set(TARNIS_PCH_TEST_HEADER "${PROJECT_SOURCE_DIR}/cmake/pch/testheaders.h")
 
 # The target that holds <header> for targets of <type>, created on first use.
 function(_tarnis_pch_holder type header result)
@@ -23,8 +24,11 @@ function(_tarnis_pch_holder type header result)
       add_library(${holder} STATIC EXCLUDE_FROM_ALL "${PROJECT_SOURCE_DIR}/cmake/pch/empty.cpp")
     endif()
     set(modules Qt6::Network)
-    if(header STREQUAL TARNIS_PCH_HEADER)
+    if(NOT header STREQUAL TARNIS_PCH_CORE_HEADER)
       list(APPEND modules Qt6::Widgets)
+    endif()
+    if(header STREQUAL TARNIS_PCH_TEST_HEADER)
+      list(APPEND modules Qt6::Test tarnis_test_options)
     endif()
     target_link_libraries(${holder} PRIVATE ${modules} tarnis_warnings)
     target_precompile_headers(${holder} PRIVATE "${header}")
@@ -36,10 +40,12 @@ function(tarnis_precompile)
   if(NOT TARNIS_PCH)
     return()
   endif()
-  cmake_parse_arguments(arg "CORE" "" "" ${ARGN})
+  cmake_parse_arguments(arg "CORE;TEST" "" "" ${ARGN})
   set(header "${TARNIS_PCH_HEADER}")
   if(arg_CORE)
     set(header "${TARNIS_PCH_CORE_HEADER}")
+  elseif(arg_TEST)
+    set(header "${TARNIS_PCH_TEST_HEADER}")
   endif()
   foreach(target IN LISTS arg_UNPARSED_ARGUMENTS)
     get_target_property(type ${target} TYPE)

@@ -1,11 +1,20 @@
-# tarnis_add_test(<name> [INTERNAL] [PAINTER] [SOURCES <file>...] [LIBRARIES <target>...] [TIMEOUT <seconds>] [LABELS <label>...])
+# Compiler settings of test programs. Their code runs once, so that optimising it takes longer than it saves: half of the
+# compilation. The oracles with loops over pixels are in tests/support, which is optimised, or in a test that says
+# OPTIMISED.
+add_library(tarnis_test_options INTERFACE)
+if(NOT TARNIS_SANITIZE)
+  target_compile_options(tarnis_test_options INTERFACE -O0)
+endif()
+
+# tarnis_add_test(<name> [INTERNAL] [OPTIMISED] [PAINTER] [SOURCES <file>...] [LIBRARIES <target>...] [TIMEOUT <seconds>]
+#                 [LABELS <label>...])
 #
 # Builds tst_<name> from tst_<name>.cpp of the calling folder and registers it as <folder>.<name>. INTERNAL links the
 # library's objects, for tests of functions that are not exported; without it the test sees the shared library. The label
 # "threads" puts it among the tests that run under the thread sanitizer. PAINTER runs the program a second time as
 # <folder>.<name>_painter, with plots drawn by QPainter alone.
 function(tarnis_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "INTERNAL;PAINTER" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "INTERNAL;OPTIMISED;PAINTER" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   set(target "tst_${name}")
   add_executable(${target} "tst_${name}.cpp" ${arg_SOURCES})
@@ -16,7 +25,12 @@ function(tarnis_add_test name)
     target_link_libraries(${target} PRIVATE Tarnis::Tarnis tarnis_support)
   endif()
   target_link_libraries(${target} PRIVATE Qt6::Test tarnis_warnings ${arg_LIBRARIES})
-  tarnis_precompile(${target})
+  if(arg_OPTIMISED)
+    tarnis_precompile(${target})
+  else()
+    target_link_libraries(${target} PRIVATE tarnis_test_options)
+    tarnis_precompile(${target} TEST)
+  endif()
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
