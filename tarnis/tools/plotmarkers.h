@@ -103,8 +103,9 @@ private:
     TARNIS_NO_EXPORT void openEditor(int index);
     TARNIS_NO_EXPORT void paintMarker(QPainter& painter, const PlotMapping& mapping, int index) const;
     struct Name;
-    TARNIS_NO_EXPORT Name nameOf(const PlotMapping& mapping, const QFont& font, int index) const;
-    TARNIS_NO_EXPORT QRegion areaOf(const PlotMapping& mapping, const QFont& font, int index) const;
+    TARNIS_NO_EXPORT Name nameOf(
+        const PlotMapping& mapping, const QFont& font, int index, const QList<QRect>& taken) const;
+    TARNIS_NO_EXPORT QRegion areaOf(const PlotMapping& mapping, const QRect& nameBox, int index) const;
     TARNIS_NO_EXPORT void renewArea();
 
     QList<PlotMarker> m_markers;

@@ -121,6 +121,7 @@ private:
     TARNIS_NO_EXPORT const QList<Pair>& pairs(const QList<ShownCurve>& live) const;
     TARNIS_NO_EXPORT void compare(Pair& pair) const;
     TARNIS_NO_EXPORT QList<Pair> comparedPairs(const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT void paintName(QPainter& painter, const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT void paintReferences(
         QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const;
     TARNIS_NO_EXPORT QRect stripArea(const PlotMapping& mapping) const;

@@ -11,7 +11,9 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
+#include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotstyle.h>
 
 #include <QClipboard>
@@ -151,6 +153,33 @@ private Q_SLOTS:
         markers.add({ 15, 0 });
         PlotMouse(plot).drag(pixelOf(plot, 15, 3), QPoint(plot.width() + 500, 5));
         QCOMPARE(markers.markers().at(0).position.x(), 95.0);
+    }
+
+    void namesAreBesideTheLegendAndHeldMarks()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Time", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 4; ++i)
+            plot.setData(i, QList<double>(100, 1.0 + i), 4);
+        PlotNavigator navigator(&plot);
+        PlotLegend legend(&plot);
+        PlotMarkers markers(&plot);
+        showActive(plot, { 600, 400 });
+        legend.setPlace({ 0, 0 });
+        const QRect list = legend.overlayBoxes().first();
+        const QPointF under = PlotMapping::of(plot).valueAt(list.center());
+        for (int i = 0; i < 3; ++i)
+            markers.add({ under.x(), 0.0 });
+        QTest::keyClick(&plot, Qt::Key_PageUp); // holds Y, with a mark in the corner
+        markers.add({ -500.0, 0.0 }); // an arrow at the border
+        QCOMPARE(navigator.overlayBoxes().size(), 1);
+        const QList<QRect> taken = legend.overlayBoxes() + navigator.overlayBoxes();
+        for (const QRect& name : markers.overlayBoxes()) {
+            QVERIFY(PlotMapping::of(plot).plotRect().contains(name));
+            for (const QRect& box : taken)
+                QVERIFY(!box.intersects(name));
+        }
     }
 
     void escapeRevertsADrag()

@@ -10,6 +10,7 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/referencecurves.h>
 
@@ -175,6 +176,26 @@ private Q_SLOTS:
         references.removeCurrent();
         plot.setEnable(2, true);
         QCOMPARE(references.extremes(0, 1, false), qMakePair(1.0, 30.0));
+    }
+
+    void itsNameIsBesideTheLegend()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        plot.m_doubleBuffered = true;
+        for (int i = 0; i < 3; ++i)
+            plot.setData(i, QList<double>(10, 30.0), 30);
+        const PlotStyle style(&plot);
+        PlotLegend legend(&plot);
+        ReferenceCurves references(&plot);
+        showActive(plot, { 600, 400 });
+        legend.setPlace({ 1, 1 });
+        const QRect list = legend.overlayBoxes().first();
+        const QPoint beside(list.left() - 8, PlotMapping::of(plot).plotRect().bottom() - 10);
+        QVERIFY(colourAt(plot.grab().toImage(), beside).lightness() > 200);
+        references.freeze(QStringLiteral("before"));
+        QVERIFY(colourAt(plot.grab().toImage(), beside).lightness() < 128);
     }
 
     void readsFilesAndRuns()

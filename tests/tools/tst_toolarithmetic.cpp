@@ -191,6 +191,22 @@ private Q_SLOTS:
         }
     }
 
+    void movesPastBoxes()
+    {
+        const QRect inside(0, 0, 100, 60);
+        const QRect label(10, 0, 20, 10);
+        QCOMPARE(movedPast(label, inside, {}, Qt::BottomEdge), label);
+        QCOMPARE(movedPast(label, inside, { QRect(40, 0, 20, 10) }, Qt::BottomEdge), label);
+        const QList<QRect> column { QRect(0, 14, 50, 10), QRect(0, 0, 50, 8) }; // the second one leads to the first
+        QCOMPARE(movedPast(label, inside, column, Qt::BottomEdge).left(), 10);
+        QVERIFY(movedPast(label, inside, column, Qt::BottomEdge).top() > 23);
+        QCOMPARE(movedPast(label, inside, { QRect(0, 0, 50, 55) }, Qt::BottomEdge), label); // no room
+        const QRect right(70, 50, 30, 10);
+        QVERIFY(movedPast(right, inside, { QRect(80, 40, 20, 20) }, Qt::LeftEdge).right() < 80);
+        QVERIFY(movedPast(right, inside, { QRect(80, 40, 20, 20) }, Qt::TopEdge).bottom() < 40);
+        QVERIFY(movedPast(label, inside, { QRect(0, 0, 20, 20) }, Qt::RightEdge).left() > 19);
+    }
+
     void wrapsParts()
     {
         const QFontMetrics metrics { QFont() };

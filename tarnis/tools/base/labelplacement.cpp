@@ -74,6 +74,26 @@ QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes)
     return best;
 }
 
+QRect movedPast(const QRect& rect, const QRect& inside, const QList<QRect>& boxes, Qt::Edge towards)
+{
+    QRect moved = rect;
+    for (qsizetype i = 0; i < boxes.size(); ++i) { // each box at most once, as all moves have the same direction
+        const auto met =
+            std::find_if(boxes.begin(), boxes.end(), [&](const QRect& box) { return box.intersects(moved); });
+        if (met == boxes.end())
+            break;
+        if (towards == Qt::BottomEdge)
+            moved.moveTop(met->bottom() + distance);
+        else if (towards == Qt::TopEdge)
+            moved.moveBottom(met->top() - distance);
+        else if (towards == Qt::LeftEdge)
+            moved.moveRight(met->left() - distance);
+        else
+            moved.moveLeft(met->right() + distance);
+    }
+    return inside.contains(moved) ? moved : rect;
+}
+
 ReadOutParts::ReadOutParts(const QString& text, const QFontMetrics& metrics)
     : texts(text.split(separator))
     , gap(metrics.horizontalAdvance(separator))

@@ -5,6 +5,7 @@
 #include <QRect>
 #include <QString>
 #include <QStringList>
+#include <Qt>
 
 QT_BEGIN_NAMESPACE
 class QFontMetrics;
@@ -15,6 +16,9 @@ namespace tarnis {
 /// A free rectangle of the text's height in `inside`: the first row from the top that is wide enough between the boxes,
 /// otherwise the widest one. Its width is that of the gap. Rows begin at the top of `inside` and below each box.
 QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes);
+
+/// The rectangle, moved towards one edge past the boxes that it meets; unmoved if it leaves `inside` that way.
+QRect movedPast(const QRect& rect, const QRect& inside, const QList<QRect>& boxes, Qt::Edge towards);
 
 /// The parts of a read-out, which three spaces separate. Measured once, as shaping them takes longer than the rest.
 struct ReadOutParts {

@@ -3,11 +3,13 @@
 
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
+#include "tarnis/tools/curves/plotlegend_p.h"
 
 #include <QJsonArray>
 #include <QKeyEvent>
@@ -231,18 +233,19 @@ void PlotMarkers::renewArea()
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QRegion area;
+    const QList<QRect> taken = mapping.isValid() ? cornerBoxes(*plot()) : QList<QRect>();
     for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
-        area += areaOf(mapping, plot()->font(), i);
+        area += areaOf(mapping, nameOf(mapping, plot()->font(), i, taken).box, i);
     updateOverlayArea(area);
 }
 
 /// What paintMarker() and paintOverlay() draw.
-QRegion PlotMarkers::areaOf(const PlotMapping& mapping, const QFont& font, int index) const
+QRegion PlotMarkers::areaOf(const PlotMapping& mapping, const QRect& nameBox, int index) const
 {
     constexpr int dotReach = static_cast<int>(dotRadius) + 2; // more than that of a line
     const QRect rect = mapping.frameRect();
     const QPointF position = m_markers.at(index).position;
-    QRegion area = nameOf(mapping, font, index).box.adjusted(-1, -1, 1, 1);
+    QRegion area = nameBox.adjusted(-1, -1, 1, 1);
     if (sideOf(mapping, position, !isMap()) != PlaceSide::Inside)
         return area;
     const int column = static_cast<int>(std::round(mapping.columnOf(position.x())));
@@ -256,12 +259,12 @@ QRegion PlotMarkers::areaOf(const PlotMapping& mapping, const QFont& font, int i
 void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
     QRegion area;
-    for (int i = 0; i < m_markers.size(); ++i) {
+    for (int i = 0; i < m_markers.size(); ++i)
         paintMarker(painter, mapping, i);
-        area += areaOf(mapping, painter.font(), i);
-    }
+    const QList<QRect> taken = cornerBoxes(*plot());
     for (int i = 0; i < m_markers.size(); ++i) { // labels are drawn over all lines
-        const Name name = nameOf(mapping, painter.font(), i);
+        const Name name = nameOf(mapping, painter.font(), i, taken);
+        area += areaOf(mapping, name.box, i);
         name.label.paint(painter, name.box.topLeft(), name.style);
     }
     noteDrawn(painter, area);
@@ -296,7 +299,8 @@ void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int
     painter.restore();
 }
 
-PlotMarkers::Name PlotMarkers::nameOf(const PlotMapping& mapping, const QFont& font, int index) const
+PlotMarkers::Name PlotMarkers::nameOf(
+    const PlotMapping& mapping, const QFont& font, int index, const QList<QRect>& taken) const
 {
     const PlotMarker& marker = m_markers.at(index);
     const QRect rect = mapping.frameRect();
@@ -307,7 +311,9 @@ PlotMarkers::Name PlotMarkers::nameOf(const PlotMapping& mapping, const QFont& f
     const int inRow = isMap() ? std::clamp(row, rect.top() + lineHeight, rect.bottom() - lineHeight) : top;
     const auto labelled = [&](const QString& text, const QPoint& at, Qt::Alignment alignment) {
         LabelLayout label(text, font);
-        const QRect box = labelFrame(label.size(), at, alignment);
+        const QRect frame = labelFrame(label.size(), at, alignment);
+        const bool isAbove = alignment.testFlag(Qt::AlignBottom);
+        const QRect box = movedPast(frame, rect, taken, isAbove ? Qt::TopEdge : Qt::BottomEdge);
         return Name { std::move(label), box, index == m_selected ? LabelStyle::Selected : LabelStyle::Plain };
     };
     switch (sideOf(mapping, marker.position, !isMap())) {
@@ -334,8 +340,9 @@ QList<QRect> PlotMarkers::overlayBoxes() const
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QList<QRect> boxes;
+    const QList<QRect> taken = mapping.isValid() ? cornerBoxes(*plot()) : QList<QRect>();
     for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
-        boxes.append(nameOf(mapping, plot()->font(), i).box);
+        boxes.append(nameOf(mapping, plot()->font(), i, taken).box);
     return boxes;
 }
 

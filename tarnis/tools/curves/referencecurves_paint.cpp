@@ -4,11 +4,13 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/curves/envelope_p.h"
+#include "tarnis/tools/curves/plotlegend_p.h"
 #include "tarnis/tools/curves/referencecurves_p.h"
 
 #include <QActionGroup>
@@ -126,6 +128,7 @@ void ReferenceCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping
     m_painted = live;
     m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale,
         [&](QPainter& inside) { paintReferences(inside, mapping, live); });
+    paintName(painter, mapping); // other tools move it more often than the curves change
     if (m_stripHeight == 0)
         return;
     m_stripCache->paint(painter, plot(), mapping, stripArea(mapping), isStale,
@@ -151,8 +154,15 @@ void ReferenceCurves::paintReferences(
         painter.setPen(pen);
         painter.drawPolyline(lineOf(mapping, positionOf, curve, bins));
     }
-    paintLabel(painter, m_references.at(m_current).name, mapping.frameRect().bottomRight() - QPoint(4, 4),
-        Qt::AlignRight | Qt::AlignBottom);
+}
+
+/// Beside the legend and the marks of held axes, which would cover the name.
+void ReferenceCurves::paintName(QPainter& painter, const PlotMapping& mapping) const
+{
+    const LabelLayout label(m_references.at(m_current).name, painter.font());
+    const QRect rect = mapping.frameRect();
+    const QRect corner = labelFrame(label.size(), rect.bottomRight() - QPoint(4, 4), Qt::AlignRight | Qt::AlignBottom);
+    label.paint(painter, movedPast(corner, rect, cornerBoxes(*plot()), Qt::LeftEdge).topLeft());
 }
 
 void ReferenceCurves::makeActions()
