@@ -15,6 +15,7 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
+class LabelLayout;
 struct RulerReading;
 
 /// A ruler between two positions A and B. A text in the plot shows the distances along both axes, the inverse of the X
@@ -87,7 +88,7 @@ private:
     TARNIS_NO_EXPORT bool moveEndBy(const QPoint& bins);
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
-    TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font) const;
+    TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font, const LabelLayout*& layout) const;
 
     bool m_isOn = false;
     bool m_isSet = false;

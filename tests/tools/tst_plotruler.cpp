@@ -141,6 +141,31 @@ private Q_SLOTS:
         }
     }
 
+    void wrapsAReadingOfManyCurves()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init("Channel", "Counts", 0, 0, true, true);
+        plot.m_groupSize = 1;
+        for (int i = 0; i < 8; ++i)
+            plot.setData(i, { 12345.0 + i, 123456.0 + i }, 123464);
+        plot.resizeData(8);
+        PlotRuler ruler(&plot);
+        showActive(plot, { 500, 400 });
+        ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+        const QFontMetrics metrics(plot.font());
+        QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ 7: 135815")), qPrintable(ruler.text()));
+        const QRect box = ruler.textBox();
+        QVERIFY(metrics.horizontalAdvance(ruler.text()) > box.width());
+        QVERIFY(box.height() >= 2 * metrics.lineSpacing());
+        // Room for all parts
+        QVERIFY(metrics.horizontalAdvance(ruler.text()) <= box.width() * (box.height() / metrics.lineSpacing()));
+        QVERIFY(PlotMapping::of(plot).plotRect().contains(box));
+        for (int i = 1; i < 8; ++i)
+            plot.setEnable(i, false);
+        plot.refreshPixmap();
+        QTRY_VERIFY_WITH_TIMEOUT(ruler.textBox().height() < 2 * metrics.lineSpacing(), 5000);
+    }
+
     void sumsTheRectangleOfAMap()
     {
         XY2DGraphWidget map;

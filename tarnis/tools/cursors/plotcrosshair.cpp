@@ -9,6 +9,7 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
+#include "tarnis/tools/base/readoutlabels_p.h"
 #include "tarnis/tools/plotruler.h"
 
 #include <QKeyEvent>
@@ -51,46 +52,7 @@ struct PlotCrosshair::Label {
     const LabelLayout* layout = nullptr; // until the next one is made
 };
 
-/// The layouts of the last read-out: each is needed to find what to repaint, and to paint it.
-struct PlotCrosshair::Labels {
-    void use(const QString& given, const QFont& inFont)
-    {
-        if (parts && text == given && font == inFont)
-            return;
-        text = given;
-        font = inFont;
-        parts.emplace(text, QFontMetrics(font));
-        line.reset();
-        lines.reset();
-    }
-    /// The height of a box of so many lines.
-    int heightOf(qsizetype number) const
-    {
-        return labelSize(QFontMetrics(font), QString(QStringLiteral("1\n").repeated(number)).chopped(1)).height();
-    }
-    const LabelLayout& inOneLine()
-    {
-        if (!line)
-            line.emplace(text, font);
-        return *line;
-    }
-    const LabelLayout& inLines(int maxWidth, int maxLines)
-    {
-        if (!lines || width != maxWidth || count != maxLines)
-            lines.emplace(wrapped(*parts, QFontMetrics(font), maxWidth, maxLines), font);
-        width = maxWidth;
-        count = maxLines;
-        return *lines;
-    }
-
-    QString text;
-    QFont font;
-    std::optional<ReadOutParts> parts;
-    std::optional<LabelLayout> line;
-    std::optional<LabelLayout> lines;
-    int width = 0; // of the lines
-    int count = 0;
-};
+struct PlotCrosshair::Labels : ReadOutLabels { };
 
 struct PlotCrosshair::Drawing {
     struct Dot {

@@ -8,6 +8,7 @@
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
+#include "tarnis/tools/base/readoutlabels_p.h"
 #include "tarnis/tools/cursors/rulerreading_p.h"
 
 #include <QKeyEvent>
@@ -45,25 +46,7 @@ struct PlotRuler::Sums {
     RectangleSums map;
 };
 
-/// The reading as it is drawn. The layout of its text is needed to find what to repaint, and to paint it.
-struct PlotRuler::Label {
-    const LabelLayout& of(const QString& text, const QFont& font)
-    {
-        if (!layout || !layout->isOf(text, font))
-            layout.emplace(text, font);
-        return *layout;
-    }
-    const LabelLayout& elidedTo(const QString& text, const QFont& font, int width)
-    {
-        if (of(text, font).size().width() <= width)
-            return *layout;
-        elided.emplace(QFontMetrics(font).elidedText(text, Qt::ElideRight, width - labelPadding), font);
-        return *elided;
-    }
-
-    std::optional<LabelLayout> layout;
-    std::optional<LabelLayout> elided;
-};
+struct PlotRuler::Label : ReadOutLabels { };
 
 /// In frame coordinates.
 struct PlotRuler::Drawing {
@@ -77,6 +60,7 @@ struct PlotRuler::Drawing {
     QPointF b;
     std::array<Name, 2> names;
     QRect row; // of the text
+    const LabelLayout* text = nullptr; // until the next one is made
 
     QPointF corner() const { return { b.x(), a.y() }; }
     QRegion area(const QRect& rect, const QFont& font) const
@@ -381,7 +365,9 @@ PlotRuler::Drawing PlotRuler::drawing(const PlotMapping& mapping, const QFont& f
     };
     const QPointF a = pixelOf(snapped(mapping, m_from));
     const QPointF b = pixelOf(snapped(mapping, m_to));
-    return { a, b, { nameOf(QStringLiteral("A"), a), nameOf(QStringLiteral("B"), b) }, textRow(mapping, font) };
+    const LabelLayout* text = nullptr;
+    const QRect row = textRow(mapping, font, text);
+    return { a, b, { nameOf(QStringLiteral("A"), a), nameOf(QStringLiteral("B"), b) }, row, text };
 }
 
 void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
@@ -409,24 +395,35 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     painter.restore();
     for (const Drawing::Name& name : now.names)
         paintLabel(painter, name.text, name.place, name.alignment);
-    if (now.row.width() > labelPadding) {
-        const LabelLayout& label = m_label->elidedTo(m_text, painter.font(), now.row.width());
-        label.paint(painter, labelFrame(label.size(), now.row.topRight(), Qt::AlignRight).topLeft());
-    }
+    now.text->paint(painter, now.row.topLeft());
     if (isFile)
         *m_label = {};
 }
 
-/// The space of the text at the top of the plot, beside or below what other tools have there.
-QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font) const
+/// The space of the text at the top of the plot, beside or below what other tools have there: in one line, otherwise in
+/// as few as have room. Returns its layout in `layout`.
+QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font, const LabelLayout*& layout) const
 {
     QList<QRect> taken;
     for (const InteractiveTool* const tool : toolsOf(*plot()))
         taken += tool->overlayBoxes();
-    const QSize size = m_label->of(m_text, font).size();
-    const QRect row = freeRow(mapping.frameRect().adjusted(2, 2, -2, -2), size, taken);
-    const int width = std::min(size.width(), row.width());
-    return { row.left() + row.width() - width, row.top(), width, size.height() };
+    const QRect inside = mapping.frameRect().adjusted(2, 2, -2, -2);
+    m_label->use(m_text, font);
+    layout = &m_label->inOneLine();
+    QRect row = freeRow(inside, layout->size(), taken);
+    const int maxLines = std::max(inside.height() / 2 / std::max(QFontMetrics(font).lineSpacing(), 1), 1);
+    if (row.width() < layout->size().width()) {
+        constexpr double usualWidth = 0.48; // as the values of the cross
+        const int gap = std::max(row.width() - labelPadding - 2, 1);
+        const int usual = std::min(static_cast<int>(inside.width() * usualWidth) - labelPadding, gap);
+        layout = &m_label->inLines(widthFor(*m_label->parts, { usual, gap, gap }, maxLines), maxLines);
+        row = freeRow(inside, layout->size(), taken);
+    }
+    if (row.width() < layout->size().width()) { // the gap between the boxes is narrower where several lines have room
+        layout = &m_label->inLines(std::max(row.width() - labelPadding - 2, 1), maxLines);
+        row = freeRow(inside, layout->size(), taken);
+    }
+    return labelFrame(layout->size(), row.topRight(), Qt::AlignRight);
 }
 
 QRect PlotRuler::textBox() const
@@ -434,7 +431,8 @@ QRect PlotRuler::textBox() const
     if (!m_isSet || plot() == nullptr)
         return {};
     const PlotMapping mapping = PlotMapping::of(*plot());
-    return mapping.isValid() ? textRow(mapping, plot()->font()) : QRect();
+    const LabelLayout* layout = nullptr;
+    return mapping.isValid() ? textRow(mapping, plot()->font(), layout) : QRect();
 }
 
 } // namespace tarnis

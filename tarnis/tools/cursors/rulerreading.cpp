@@ -11,7 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr int digits = 7;
-constexpr qsizetype sumsInText = 3;
+constexpr qsizetype sumsInText = 16; // more would cover the plot; the table has them all
 
 std::optional<double> finite(double value)
 {

@@ -1,0 +1,56 @@
+// The layouts of a read-out over a plot, kept from one repaint to the next.
+#pragma once
+
+#include "tarnis/tools/base/labelplacement_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QString>
+
+#include <optional>
+
+namespace tarnis {
+
+/// The layouts of the last read-out: each is needed to find what to repaint, and to paint it.
+struct ReadOutLabels {
+    void use(const QString& given, const QFont& inFont)
+    {
+        if (parts && text == given && font == inFont)
+            return;
+        text = given;
+        font = inFont;
+        parts.emplace(text, QFontMetrics(font));
+        line.reset();
+        lines.reset();
+    }
+    /// The height of a box of so many lines.
+    int heightOf(qsizetype number) const
+    {
+        return labelSize(QFontMetrics(font), QString(QStringLiteral("1\n").repeated(number)).chopped(1)).height();
+    }
+    const LabelLayout& inOneLine()
+    {
+        if (!line)
+            line.emplace(text, font);
+        return *line;
+    }
+    const LabelLayout& inLines(int maxWidth, int maxLines)
+    {
+        if (!lines || width != maxWidth || count != maxLines)
+            lines.emplace(wrapped(*parts, QFontMetrics(font), maxWidth, maxLines), font);
+        width = maxWidth;
+        count = maxLines;
+        return *lines;
+    }
+
+    QString text;
+    QFont font;
+    std::optional<ReadOutParts> parts;
+    std::optional<LabelLayout> line;
+    std::optional<LabelLayout> lines;
+    int width = 0; // of the lines
+    int count = 0;
+};
+
+} // namespace tarnis
