@@ -86,8 +86,8 @@ AxisRange zoomedView(AxisRange range, AxisScale scale, ZoomAnchor anchor, double
     const double newLow = anchor.keepsMin ? low : still - (still - low) / factor;
     const double newHigh = still + (high - still) / factor;
     const AxisRange zoomed = backToValues(range, scale, low, high, newLow, newHigh);
-    const bool isSameWay = (newHigh > newLow) == (high > low);
-    return isUsable(newLow, newHigh, scale) && zoomed.min != zoomed.max && isSameWay ? zoomed : range;
+    // The direction cannot change: differences, quotients and sums are rounded monotonically.
+    return isUsable(newLow, newHigh, scale) && zoomed.min != zoomed.max ? zoomed : range;
 }
 
 AxisRange pannedView(AxisRange range, AxisScale scale, double share, const ViewLimits& limits)
