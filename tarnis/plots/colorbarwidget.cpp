@@ -73,16 +73,16 @@ void ColorBarWidget::deleteEditLine()
     Q_EMIT EditLineDeleted();
 }
 
-void ColorBarWidget::updatePos(double position, QColor color)
+void ColorBarWidget::updatePos(double position, QColor colour)
 {
     for (qsizetype i = 0; i < m_positions.size(); ++i) {
         if (tarnis::plotEqual(m_positions.at(i), position)) {
-            m_colors[i] = color;
+            m_colors[i] = colour;
             return;
         }
     }
     m_positions.append(position);
-    m_colors.append(color);
+    m_colors.append(colour);
 }
 
 QPixmap ColorBarWidget::getPixmap()

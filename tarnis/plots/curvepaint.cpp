@@ -65,8 +65,8 @@ void paintOn(
 /// The target for lines of the painter's pen, which must have a colour of 8 bits per channel.
 std::optional<PixelTarget> lineTargetOf(const QPainter& painter)
 {
-    const QColor color = painter.pen().color();
-    if (!isFineOpaquePen(painter.pen()) || QColor(color.rgb()).rgba64() != color.rgba64())
+    const QColor colour = painter.pen().color();
+    if (!isFineOpaquePen(painter.pen()) || QColor(colour.rgb()).rgba64() != colour.rgba64())
         return std::nullopt;
     return pixelTargetOf(painter);
 }

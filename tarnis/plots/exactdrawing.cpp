@@ -158,7 +158,7 @@ QImage imageOf(const BinGeometry& view, const BinRows& rows, const ColourScale& 
                 isFilled = false;
             else
                 line[column - view.x.first] =
-                    opaque ? scale.pixel(values.at(column)) : scale.color(values.at(column)).rgba();
+                    opaque ? scale.pixel(values.at(column)) : scale.colour(values.at(column)).rgba();
         }
         isFilled = isFilled && end == view.x.end;
     }

@@ -92,13 +92,13 @@ void MultiVectorGraphWidget::setEnable(int index, bool enable)
     dataTouched();
 }
 
-void MultiVectorGraphWidget::setColor(int index, QColor color)
+void MultiVectorGraphWidget::setColor(int index, QColor colour)
 {
     if (index < 0)
         return;
     if (index >= m_data.size())
         m_data.resize(qsizetype(index) + 1);
-    m_data[index].color = color;
+    m_data[index].color = colour;
     dataTouched();
 }
 

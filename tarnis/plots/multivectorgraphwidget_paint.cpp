@@ -50,7 +50,7 @@ void MultiVectorGraphWidget::onPaint(QPainter& painter, QRect const& graph)
             tarnis::traceDifferentLengths(m_data, curve);
             continue;
         }
-        painter.setPen(curve.color);
+        painter.setPen(curve.colour);
         const tarnis::SampleRange range = drawing.visited(tarnis::lengthOf(m_data, curve));
         if (curve.records.size() > 1) {
             const auto sums = tarnis::sumsOf(m_data, curve, range);

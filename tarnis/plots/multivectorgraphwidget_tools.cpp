@@ -162,7 +162,8 @@ void MultiVectorGraphWidget::fillVisiblesTable(QTableWidget& table) const
         for (int column = 0; column < (byGroup ? 1 : std::min(group, count - row * group)); ++column)
             table.setItem(row, column, checkItem(m_data.at(row * group + column).enable));
         if (byGroup)
-            table.setItem(row, 1, swatch(sums.at(row).color, tarnis::shownCurveColour(*this, row, sums.at(row).color)));
+            table.setItem(
+                row, 1, swatch(sums.at(row).colour, tarnis::shownCurveColour(*this, row, sums.at(row).colour)));
     }
 }
 

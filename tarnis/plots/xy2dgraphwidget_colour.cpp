@@ -46,14 +46,14 @@ tarnis::ColourScale XY2DGraphWidget::ColourControls::scale() const
 
 QColor XY2DGraphWidget::getColor(double value)
 {
-    return m_parts->colors.scale().color(value);
+    return m_parts->colors.scale().colour(value);
 }
 
 bool XY2DGraphWidget::updateColor(
     QColor max, QColor halfMax, QColor half, QColor halfMin, QColor min, QColor background)
 {
-    for (const QColor& color : { max, halfMax, half, halfMin, min }) {
-        if (!color.isValid())
+    for (const QColor& colour : { max, halfMax, half, halfMin, min }) {
+        if (!colour.isValid())
             return false;
     }
     if (background.isValid())
@@ -186,9 +186,9 @@ void XY2DGraphWidget::onColorReverse()
     m_parts->colors.setPoints({ colMax, colHalfMax, colHalf, colHalfMin, colMin });
 }
 
-void XY2DGraphWidget::ColourControls::choose(QColor& color, const QString& title)
+void XY2DGraphWidget::ColourControls::choose(QColor& colour, const QString& title)
 {
-    auto* const dialog = new QColorDialog(color, &m_plot);
+    auto* const dialog = new QColorDialog(colour, &m_plot);
     dialog->setWindowTitle(title);
     if (!tarnis::isAccepted(dialog))
         return;
@@ -196,7 +196,7 @@ void XY2DGraphWidget::ColourControls::choose(QColor& color, const QString& title
     delete dialog;
     if (!chosen.isValid())
         return;
-    color = chosen;
+    colour = chosen;
     m_plot.updatePattern();
 }
 
@@ -251,9 +251,9 @@ void XY2DGraphWidget::ColourControls::openMenu(const QPoint& globalPosition)
     QObject::connect(menu, &QMenu::aboutToHide, plot, &XY2DGraphWidget::onColorBarMenuHide);
     const auto addEntry = [=](const QString& text, Slot slot) { menu->addAction(text, plot, slot); };
     // A colour dialog opens after the menu was closed.
-    const auto addColour = [=](const QString& text, const QColor& color, Slot slot) {
+    const auto addColour = [=](const QString& text, const QColor& colour, Slot slot) {
         QPixmap icon(15, 15);
-        icon.fill(color);
+        icon.fill(colour);
         QObject::connect(menu->addAction(QIcon(icon), text), &QAction::triggered, plot, slot, Qt::QueuedConnection);
     };
     addEntry(QStringLiteral("Pattern - Rainbow1"), &XY2DGraphWidget::onPatternRainbow1);

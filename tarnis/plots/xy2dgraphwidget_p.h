@@ -34,7 +34,7 @@ public:
     void setPoints(const tarnis::ScaleColours& colors);
     void setPoints(tarnis::FivePoints palette);
     /// Requests a new value for one of the colours.
-    void choose(QColor& color, const QString& title);
+    void choose(QColor& colour, const QString& title);
     void openMenu(const QPoint& globalPosition);
 
 private:

@@ -173,9 +173,9 @@ void XY2DGraphWidget::Regions::paint(QPainter& painter)
     const int selected = view->isEditable() ? view->currentIndex() : -1;
     const QList<QRect>& regions = view->getRoiList();
     const tarnis::PlotStyling* const styling = tarnis::stylingOf(&m_plot);
-    const QColor color = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
+    const QColor colour = styling != nullptr ? styling->lineOverData() : QColor(Qt::white);
     for (qsizetype i = 0; i < regions.size(); ++i) {
-        QPen pen(color, 1, Qt::SolidLine);
+        QPen pen(colour, 1, Qt::SolidLine);
         if (i == selected) {
             pen.setStyle(Qt::CustomDashLine);
             pen.setDashPattern({ 5, 5 });

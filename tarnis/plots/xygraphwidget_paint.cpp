@@ -134,11 +134,11 @@ void paintTicksY(QPainter& painter, tarnis::LabelCache& labels, const QList<Tick
 }
 
 /// The plot rectangle with its border, in the pen's colour.
-void paintBackground(QPainter& painter, const ExactPixels& pixels, const QRect& graph, const QColor& color)
+void paintBackground(QPainter& painter, const ExactPixels& pixels, const QRect& graph, const QColor& colour)
 {
-    painter.setBrush(QBrush(color));
+    painter.setBrush(QBrush(colour));
     if (pixels)
-        pixels->drawFrame(painter, graph, painter.pen().color(), color);
+        pixels->drawFrame(painter, graph, painter.pen().color(), colour);
     else
         painter.drawRects(&graph, 1);
 }
@@ -192,19 +192,19 @@ void paintGrid(QPainter& painter, const QList<int>& columns, const QList<int>& r
 {
     if (columns.isEmpty() && rows.isEmpty())
         return;
-    const QColor color(64, 64, 64);
-    painter.setPen(color);
+    const QColor colour(64, 64, 64);
+    painter.setPen(colour);
     if (const auto pixels = tarnis::DevicePixels::of(painter)) {
         for (const int column : columns)
-            pixels->drawColumn(painter, column, graph.top(), graph.bottom(), color);
+            pixels->drawColumn(painter, column, graph.top(), graph.bottom(), colour);
         for (const int row : rows)
-            pixels->drawRow(painter, row, graph.left(), graph.right(), color);
+            pixels->drawRow(painter, row, graph.left(), graph.right(), colour);
     } else if (tarnis::coversWholePixels(painter) && tarnis::wholePixelOffset(painter) && graph.isValid()) {
         // Straight lines one pixel wide, as rectangles.
         for (const int column : columns)
-            painter.fillRect(column, graph.top(), 1, graph.height(), color);
+            painter.fillRect(column, graph.top(), 1, graph.height(), colour);
         for (const int row : rows)
-            painter.fillRect(graph.left(), row, graph.width(), 1, color);
+            painter.fillRect(graph.left(), row, graph.width(), 1, colour);
     } else {
         QList<QLine> lines;
         lines.reserve(columns.size() + rows.size());

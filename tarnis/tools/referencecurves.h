@@ -129,7 +129,7 @@ private:
         QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const;
     TARNIS_NO_EXPORT QList<quint8> rowsOf(const Pair& pair, const StripAxis& axis) const;
     TARNIS_NO_EXPORT void paintErrors(QPainter& painter, const StripAxis& axis, const Pair& pair,
-        const QList<ColumnRun>& runs, const QColor& color) const;
+        const QList<ColumnRun>& runs, const QColor& colour) const;
     TARNIS_NO_EXPORT void paintTitle(QPainter& painter, const QRect& strip, bool isContained) const;
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();

@@ -44,8 +44,8 @@ MapState randomScale(Generator& generator)
     if (map.maxZ < map.minZ && generator() % 4 != 0)
         std::swap(map.minZ, map.maxZ);
     if (generator() % 2 == 0) {
-        for (QColor& color : map.colors)
-            color = randomColour(generator);
+        for (QColor& colour : map.colors)
+            colour = randomColour(generator);
     }
     return map;
 }
@@ -82,9 +82,9 @@ tarnis::ColourScale scaleOf(const MapState& map)
 }
 
 /// The pixel painted by a pen of the colour; an invalid colour is black.
-QRgb penPixel(const QColor& color)
+QRgb penPixel(const QColor& colour)
 {
-    return color.isValid() ? color.rgb() : 0xff000000U;
+    return colour.isValid() ? colour.rgb() : 0xff000000U;
 }
 
 } // namespace
@@ -104,13 +104,13 @@ private Q_SLOTS:
             for (int k = 0; k < 500; ++k) {
                 const double value = randomValue(generator, map);
                 const QColor expected = oracleColour(map, value);
-                const QColor color = scale.color(value);
-                if (color != expected || scale.pixel(value) != penPixel(expected))
+                const QColor colour = scale.colour(value);
+                if (colour != expected || scale.pixel(value) != penPixel(expected))
                     QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3%4: %5 for %6")
                                          .arg(value, 0, 'g', 17)
                                          .arg(map.minZ, 0, 'g', 17)
                                          .arg(map.maxZ, 0, 'g', 17)
-                                         .arg(map.logScale ? " log" : "", color.name(), expected.name())));
+                                         .arg(map.logScale ? " log" : "", colour.name(), expected.name())));
             }
         }
     }
@@ -145,7 +145,7 @@ private Q_SLOTS:
                 const QColor expected =
                     oracleTableColour(entries, map.minZ, map.maxZ, static_cast<OracleCurve>(curve), values[k]);
                 const QRgb pixel = oracleEqual(values[k], 0.0) ? 0U : penPixel(expected);
-                if (scale.color(values[k]) != expected || pixels[k] != pixel)
+                if (scale.colour(values[k]) != expected || pixels[k] != pixel)
                     QFAIL(qPrintable(QStringLiteral("%1 on %2 to %3, curve %4: %5 for %6")
                                          .arg(values[k], 0, 'g', 17)
                                          .arg(map.minZ, 0, 'g', 17)
@@ -175,7 +175,7 @@ private Q_SLOTS:
             scale.pixels(values.data(), static_cast<int>(values.size()), pixels.data());
             for (std::size_t k = 0; k < values.size(); ++k) {
                 const QColor expected = oracleColour(roots, values[k] < 0.0 ? 0.0 : std::sqrt(values[k]));
-                QCOMPARE(scale.color(values[k]), expected);
+                QCOMPARE(scale.colour(values[k]), expected);
                 QCOMPARE(pixels[k], penPixel(expected));
             }
         }

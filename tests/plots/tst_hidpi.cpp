@@ -238,12 +238,12 @@ private Q_SLOTS:
         const QTransform scale = QTransform::fromScale(ratio(), ratio());
         // The bins begin slightly inside of the frame: their own extent must be filled.
         const QRect graph = tarnis::testing::devicePixels(scale, map.m_graphRect.adjusted(4, 4, -4, -4));
-        const QRgb color = picture.pixel(graph.center());
-        QVERIFY(color != QColor(XYGraphWidget::m_backGroundColor).rgb());
+        const QRgb colour = picture.pixel(graph.center());
+        QVERIFY(colour != QColor(XYGraphWidget::m_backGroundColor).rgb());
         int others = 0;
         for (int y = graph.top(); y <= graph.bottom(); ++y) {
             for (int x = graph.left(); x <= graph.right(); ++x)
-                others += picture.pixel(x, y) != color ? 1 : 0;
+                others += picture.pixel(x, y) != colour ? 1 : 0;
         }
         QCOMPARE(others, 0);
     }

@@ -124,8 +124,8 @@ void setColours(MapState& map, Generator& generator)
         map.maxZ = chance(generator, 0.2) ? map.minZ : map.minZ + uniform(generator, -20.0, 1000.0);
     }
     if (chance(generator, 0.5)) {
-        for (QColor& color : map.colors)
-            color = QColor::fromRgb(static_cast<QRgb>(generator()) | 0xff000000U);
+        for (QColor& colour : map.colors)
+            colour = QColor::fromRgb(static_cast<QRgb>(generator()) | 0xff000000U);
     }
     if (chance(generator, 0.1))
         map.colors.back() =

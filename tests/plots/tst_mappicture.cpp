@@ -79,8 +79,8 @@ public:
         m_maxZ = chance(generator, 0.1) ? m_minZ : m_minZ + uniform(generator, -20.0, 1000.0);
         m_colorBar->setMin(m_minZ);
         m_colorBar->setMax(m_maxZ);
-        for (QColor* color : { &colMin, &colHalfMin, &colHalf, &colHalfMax, &colMax })
-            *color = QColor::fromRgb(static_cast<QRgb>(generator()) | 0xff000000U);
+        for (QColor* colour : { &colMin, &colHalfMin, &colHalf, &colHalfMax, &colMax })
+            *colour = QColor::fromRgb(static_cast<QRgb>(generator()) | 0xff000000U);
     }
     CutState cutState() const { return { m_cutMinX, m_cutMaxX, m_cutMinY, m_cutMaxY, m_1dCutActive, m_1dCutInside }; }
     /// Checks the mark alone: no windows.

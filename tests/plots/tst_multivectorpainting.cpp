@@ -108,15 +108,15 @@ private Q_SLOTS:
     {
         Plot plot;
         plot.setData(0, { 40.0, 10.0, 30.0, 20.0 }, 60.0);
-        const QColor color = plot.m_data.at(0).color;
-        const int joined = countPixels(plot.picture(), color);
+        const QColor colour = plot.m_data.at(0).color;
+        const int joined = countPixels(plot.picture(), colour);
         plot.onColumnChart(true);
         const QImage columns = plot.picture();
-        QVERIFY(countPixels(columns, color) > 10 * joined);
+        QVERIFY(countPixels(columns, colour) > 10 * joined);
         plot.onConnectPoints(false);
         QCOMPARE(plot.picture(), columns);
         plot.onColumnChart(false);
-        QCOMPARE(countPixels(plot.picture(), color), 4 * 9); // a cross of nine pixels each
+        QCOMPARE(countPixels(plot.picture(), colour), 4 * 9); // a cross of nine pixels each
     }
 
     void peaksAreDrawnOverTheCurves()

@@ -40,9 +40,9 @@ private:
 /// Fills a rectangle of values.
 class Patch : public PlotOverlay {
 public:
-    Patch(XYGraphWidget* plot, QColor color, int zOrder = 0, bool saved = true)
+    Patch(XYGraphWidget* plot, QColor colour, int zOrder = 0, bool saved = true)
         : PlotOverlay(plot, zOrder)
-        , m_colour(color)
+        , m_colour(colour)
         , m_saved(saved)
     {
     }

@@ -59,7 +59,7 @@ private Q_SLOTS:
         const QList<Series> series { record(2, 1), record(2, 2, false), record(2, 3) };
         const auto curves = tarnis::curvesOf(series, AddType::AddNone, 2);
         QCOMPARE(members(curves), (QStringList { "0", "-1", "2" }));
-        QCOMPARE(curves.at(2).color, series.at(0).color); // colours repeat from group to group
+        QCOMPARE(curves.at(2).colour, series.at(0).color); // colours repeat from group to group
     }
 
     void addsTheSeriesOfEachGroup()
@@ -68,8 +68,8 @@ private Q_SLOTS:
             record(2, 5) };
         const auto curves = tarnis::curvesOf(series, AddType::AddEachGroup, 3);
         QCOMPARE(members(curves), (QStringList { "0+1+2", "-3+4" })); // hidden members count, the first decides
-        QCOMPARE(curves.at(0).color, tarnis::rotationColour(0));
-        QCOMPARE(curves.at(1).color, tarnis::rotationColour(1));
+        QCOMPARE(curves.at(0).colour, tarnis::rotationColour(0));
+        QCOMPARE(curves.at(1).colour, tarnis::rotationColour(1));
     }
 
     void groupOfOne()
@@ -77,8 +77,8 @@ private Q_SLOTS:
         const QList<Series> series(10, record(2, 1));
         const auto curves = tarnis::curvesOf(series, AddType::AddEachGroup, 1);
         QCOMPARE(curves.size(), 10);
-        QCOMPARE(curves.at(9).color, tarnis::rotationColour(1));
-        QCOMPARE(curves.at(8).color, curves.at(0).color);
+        QCOMPARE(curves.at(9).colour, tarnis::rotationColour(1));
+        QCOMPARE(curves.at(8).colour, curves.at(0).colour);
     }
 
     void emptyFirstRecordUsesUpAColour()
@@ -87,8 +87,8 @@ private Q_SLOTS:
             record(2, 6) };
         const auto curves = tarnis::curvesByGroup(series, 3);
         QCOMPARE(members(curves), (QStringList { "-1+2", "3+4+5" }));
-        QCOMPARE(curves.at(0).color, tarnis::rotationColour(1));
-        QCOMPARE(curves.at(1).color, tarnis::rotationColour(2));
+        QCOMPARE(curves.at(0).colour, tarnis::rotationColour(1));
+        QCOMPARE(curves.at(1).colour, tarnis::rotationColour(2));
     }
 
     void addsTheSeriesAtEachPosition()
@@ -97,8 +97,8 @@ private Q_SLOTS:
             record(2, 5) };
         const auto curves = tarnis::curvesOf(series, AddType::AddEachPosition, 2);
         QCOMPARE(members(curves), (QStringList { "0+2+4", "-1+3" }));
-        QCOMPARE(curves.at(0).color, series.at(0).color);
-        QCOMPARE(curves.at(1).color, series.at(1).color);
+        QCOMPARE(curves.at(0).colour, series.at(0).color);
+        QCOMPARE(curves.at(1).colour, series.at(1).color);
         // An empty first record is replaced, but still determines colour and `enable`.
         const QList<Series> late { record(0, 1, false), record(2, 2), record(2, 3) };
         QCOMPARE(members(tarnis::curvesByPosition(late, 2)), (QStringList { "-2", "1" }));
@@ -115,7 +115,7 @@ private Q_SLOTS:
         const QList<Series> series { record(2, 1, false), record(2, 2), record(2, 3) };
         const auto curves = tarnis::curvesOf(series, AddType::AddAll, 8);
         QCOMPARE(members(curves), (QStringList { "1+2" }));
-        QCOMPARE(curves.at(0).color, series.at(1).color);
+        QCOMPARE(curves.at(0).colour, series.at(1).color);
         QCOMPARE(members({ tarnis::curveOfAll(series, false) }), (QStringList { "0+1+2" }));
     }
 
@@ -132,7 +132,7 @@ private Q_SLOTS:
         QCOMPARE(members(tarnis::curvesOf({}, AddType::AddEachPosition, 2)), (QStringList { "", "" }));
         const auto all = tarnis::curvesOf({}, AddType::AddAll, 8);
         QCOMPARE(members(all), (QStringList { "" }));
-        QCOMPARE(all.at(0).color, QColor(Qt::white));
+        QCOMPARE(all.at(0).colour, QColor(Qt::white));
         QVERIFY(tarnis::wholeSums({}, all.at(0)).isEmpty());
     }
 

@@ -63,8 +63,8 @@ private Q_SLOTS:
             plot.onLogScale(map.logScale = generator() % 2 == 0);
             plot.m_minZ = map.minZ = real(-5.0, 50.0);
             plot.m_maxZ = map.maxZ = real(-5.0, 500.0);
-            for (QColor& color : map.colors)
-                color = QColor(static_cast<QRgb>(generator()) | 0xff000000U);
+            for (QColor& colour : map.colors)
+                colour = QColor(static_cast<QRgb>(generator()) | 0xff000000U);
             plot.updateColor(
                 map.colors[4], map.colors[3], map.colors[2], map.colors[1], map.colors[0], QColor(Qt::black));
             for (int k = 0; k < 1000; ++k) {
@@ -213,7 +213,7 @@ private Q_SLOTS:
     void dialogsChangeOneColour_data()
     {
         using X = XY2DGraphWidget;
-        addColumns<Slot, QColor*>("slot", "color");
+        addColumns<Slot, QColor*>("slot", "colour");
         QTest::newRow("Min Color") << Slot(&X::onMinColor) << &X::colMin;
         QTest::newRow("Half Min Color") << Slot(&X::onHalfMinColor) << &X::colHalfMin;
         QTest::newRow("Half Color") << Slot(&X::onHalfColor) << &X::colHalf;
@@ -224,7 +224,7 @@ private Q_SLOTS:
     void dialogsChangeOneColour()
     {
         QFETCH(Slot, slot);
-        QFETCH(QColor*, color);
+        QFETCH(QColor*, colour);
         Plot plot;
         QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
         ModalWatchdog watchdog({ [&](QWidget& window) {
@@ -232,13 +232,13 @@ private Q_SLOTS:
             QVERIFY(dialog);
             QCOMPARE(dialog->windowTitle(), QString(QTest::currentDataTag()));
             QCOMPARE(dialog->parentWidget(), &plot);
-            QCOMPARE(dialog->currentColor(), *color);
+            QCOMPARE(dialog->currentColor(), *colour);
             dialog->setCurrentColor(QColor("#123456"));
             dialog->accept();
         } });
         (plot.*slot)();
         QVERIFY(watchdog.isContent());
-        QCOMPARE(*color, QColor("#123456"));
+        QCOMPARE(*colour, QColor("#123456"));
         QCOMPARE(changed.size(), 1);
     }
 
@@ -246,15 +246,15 @@ private Q_SLOTS:
     void dialogsCancelled()
     {
         QFETCH(Slot, slot);
-        QFETCH(QColor*, color);
+        QFETCH(QColor*, colour);
         Plot plot;
         plot.wasRefreshed();
-        const QColor before = *color;
+        const QColor before = *colour;
         QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
         ModalWatchdog watchdog({ reject() });
         (plot.*slot)();
         QVERIFY(watchdog.isContent());
-        QCOMPARE(*color, before);
+        QCOMPARE(*colour, before);
         QVERIFY(changed.isEmpty() && !plot.wasRefreshed());
     }
 

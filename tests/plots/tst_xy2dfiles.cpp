@@ -149,7 +149,7 @@ private Q_SLOTS:
         const QList<QPair<int, QColor*>> entries { { 8, &XY2DGraphWidget::colMax }, { 9, &XY2DGraphWidget::colHalfMax },
             { 10, &XY2DGraphWidget::colHalf }, { 11, &XY2DGraphWidget::colHalfMin }, { 12, &XY2DGraphWidget::colMin },
             { 14, &XYGraphWidget::m_backGroundColor } };
-        for (const auto& [entry, color] : entries) {
+        for (const auto& [entry, colour] : entries) {
             Plot plot;
             QSignalSpy changed(&plot, &XY2DGraphWidget::onColorBarChanged);
             QMenu* menu = plot.openMenu();
@@ -164,7 +164,7 @@ private Q_SLOTS:
             } });
             TRY_COMPARE(changed.size(), 1);
             QVERIFY(watchdog.isContent());
-            QCOMPARE(*color, QColor("#abcdef"));
+            QCOMPARE(*colour, QColor("#abcdef"));
         }
     }
 

@@ -40,15 +40,15 @@ inline const std::array<Matrix, 4> eyes { {
     { { { 1.255528, -0.076749, -0.178779 }, { -0.078411, 0.930809, 0.147602 }, { 0.004733, 0.691367, 0.303900 } } },
 } };
 
-inline Triple rgbOf(const QColor& color)
+inline Triple rgbOf(const QColor& colour)
 {
-    return { linear(color.red()), linear(color.green()), linear(color.blue()) };
+    return { linear(colour.red()), linear(colour.green()), linear(colour.blue()) };
 }
 
 /// CIE 1976 L*a*b* for an eye with this colour matrix.
-inline Triple labOf(const QColor& color, const Matrix& eye)
+inline Triple labOf(const QColor& colour, const Matrix& eye)
 {
-    Triple rgb = times(eye, rgbOf(color));
+    Triple rgb = times(eye, rgbOf(colour));
     for (double& channel : rgb)
         channel = std::clamp(channel, 0.0, 1.0);
     Triple xyz = times(toXyz, rgb);

@@ -104,21 +104,21 @@ void add(QList<double>& to, const QList<double>& from)
         to[i] += from[i];
 }
 
-void start(Data& entry, const Data& record, const QColor& color, bool enable)
+void start(Data& entry, const Data& record, const QColor& colour, bool enable)
 {
     entry.values = record.values;
-    entry.color = color;
+    entry.color = colour;
     entry.enable = enable;
 }
 
 QList<Data> groupSums(const MultiState& s)
 {
     QList<Data> sums((s.data.size() + s.groupSize - 1) / s.groupSize);
-    int color = 0;
+    int colour = 0;
     for (qsizetype i = 0; i < s.data.size(); i++) {
         Data& entry = sums[i / s.groupSize];
         if (entry.values.isEmpty())
-            start(entry, s.data[i], QColor(rotation[color++ % 8]), s.data[i].enable);
+            start(entry, s.data[i], QColor(rotation[colour++ % 8]), s.data[i].enable);
         else
             add(entry.values, s.data[i].values);
     }

@@ -32,11 +32,11 @@ inline QRect devicePixels(const QTransform& transform, const QRect& rect)
     return QRect(left, top, nearestEdge(exact.right()) - left, nearestEdge(exact.bottom()) - top);
 }
 
-inline void fillDevice(QPainter& painter, const QRect& device, const QColor& color)
+inline void fillDevice(QPainter& painter, const QRect& device, const QColor& colour)
 {
     painter.save();
     painter.setTransform(painter.deviceTransform().inverted(), true);
-    painter.fillRect(device, color);
+    painter.fillRect(device, colour);
     painter.restore();
 }
 

@@ -42,12 +42,12 @@ template <typename Test> bool hasPixel(const QImage& image, const QPoint& pixel,
 }
 
 /// The number of pixels of this colour.
-inline int countPixels(const QImage& image, const QColor& color)
+inline int countPixels(const QImage& image, const QColor& colour)
 {
     int pixels = 0;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x)
-            pixels += image.pixelColor(x, y) == color ? 1 : 0;
+            pixels += image.pixelColor(x, y) == colour ? 1 : 0;
     }
     return pixels;
 }

@@ -192,18 +192,18 @@ void oraclePaintBins(QPainter& painter, const QRect& rect, const MapState& map)
             const int px = pixel(position);
             if (px == last)
                 continue;
-            const QColor color = oracleColour(map, value);
+            const QColor colour = oracleColour(map, value);
             last = px;
             if (pxX > 1.0) {
-                painter.setPen(color);
-                painter.setBrush(QBrush(color));
+                painter.setPen(colour);
+                painter.setBrush(QBrush(colour));
                 const double right = std::trunc(position) + std::trunc(pxX) - 1;
                 const double bottom = std::trunc(yTop) + std::trunc(yBottom - yTop) - 1;
                 QRect bar;
                 bar.setCoords(px, pixel(yTop), pixel(right), pixel(bottom));
                 painter.drawRects(&bar, 1);
             } else {
-                painter.setPen(color);
+                painter.setPen(colour);
                 painter.drawLine(px, pixel(yBottom), px, pixel(yTop));
             }
         }

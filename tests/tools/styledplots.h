@@ -63,10 +63,10 @@ inline bool isAbout(const QColor& a, const QColor& b)
 }
 
 /// Whether a pixel near the value has about that colour.
-inline bool hasColour(const QImage& image, const XYGraphWidget& plot, double x, double y, const QColor& color)
+inline bool hasColour(const QImage& image, const XYGraphWidget& plot, double x, double y, const QColor& colour)
 {
     const QPoint at = PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
-    return hasPixel(image, at, QSize(2, 2), [&](const QColor& found) { return isAbout(found, color); });
+    return hasPixel(image, at, QSize(2, 2), [&](const QColor& found) { return isAbout(found, colour); });
 }
 
 } // namespace tarnis::testing

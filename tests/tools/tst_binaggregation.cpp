@@ -58,13 +58,13 @@ void show(XYGraphWidget& plot)
 }
 
 /// Whether a pixel near a place has the colour.
-bool hasColour(XYGraphWidget& plot, double x, double y, const QColor& color)
+bool hasColour(XYGraphWidget& plot, double x, double y, const QColor& colour)
 {
     const QPoint at = PlotMapping::of(plot).pixelOf({ x, y }).toPoint();
     const QImage image = plot.grab().toImage();
     for (int dx = -1; dx <= 1; ++dx) {
         for (int dy = -1; dy <= 1; ++dy) {
-            if (colourAt(image, at + QPoint(dx, dy)) == color)
+            if (colourAt(image, at + QPoint(dx, dy)) == colour)
                 return true;
         }
     }

@@ -38,11 +38,11 @@ int columnOf(const PlotMapping& mapping, qsizetype bin)
 }
 
 /// A line from each sample to the next one.
-void drawEverySample(QImage& image, const PlotMapping& mapping, const QList<double>& samples, const QColor& color)
+void drawEverySample(QImage& image, const PlotMapping& mapping, const QList<double>& samples, const QColor& colour)
 {
     QPainter painter(&image);
     painter.setClipRect(mapping.frameRect());
-    painter.setPen(QPen(color, 1.0));
+    painter.setPen(QPen(colour, 1.0));
     std::optional<QPoint> previous;
     for (qsizetype i = 0; i < samples.size(); ++i) {
         if (!std::isfinite(samples.at(i)))

@@ -242,9 +242,9 @@ private Q_SLOTS:
         profile->setLine({ 5, 2.5 }, { 15, 2.5 });
         const QImage with = map.grab().toImage();
         const QPoint onLine = pixelOf(map, 9, 2.5);
-        const QColor color(255, 90, 200);
-        QVERIFY(colourAt(with, onLine) == color || colourAt(with, onLine - QPoint(0, 1)) == color
-            || colourAt(with, onLine + QPoint(0, 1)) == color);
+        const QColor colour(255, 90, 200);
+        QVERIFY(colourAt(with, onLine) == colour || colourAt(with, onLine - QPoint(0, 1)) == colour
+            || colourAt(with, onLine + QPoint(0, 1)) == colour);
         const std::unique_ptr<QPixmap> saved(map.toPixmap());
         QVERIFY(saved->toImage() != before);
         delete profile;

@@ -48,11 +48,11 @@ void drawBox(QPainter& painter, const QRect& frame)
     painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
 }
 
-void drawPlainLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color)
+void drawPlainLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& colour)
 {
     painter.setPen(QPen(QColor(0, 0, 0, 140), 3.0));
     painter.drawLine(from, to);
-    painter.setPen(QPen(color, 1.0));
+    painter.setPen(QPen(colour, 1.0));
     painter.drawLine(from, to);
 }
 

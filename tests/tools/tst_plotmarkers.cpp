@@ -47,10 +47,10 @@ void fill(XY2DGraphWidget& map)
     map.setData(1, { 5, 6 }, 6, false); // a short row
 }
 
-bool isDrawn(XYGraphWidget& plot, double x, double y, const QColor& color)
+bool isDrawn(XYGraphWidget& plot, double x, double y, const QColor& colour)
 {
     return hasPixel(
-        plot.grab().toImage(), pixelOf(plot, x, y), QSize(0, 0), [&](const QColor& found) { return found == color; });
+        plot.grab().toImage(), pixelOf(plot, x, y), QSize(0, 0), [&](const QColor& found) { return found == colour; });
 }
 
 } // namespace

@@ -103,7 +103,7 @@ SummedCurve curveOfAll(const QList<Series>& series, bool enabledOnly)
         if (enabledOnly && !series.at(i).enable)
             continue;
         if (curve.records.isEmpty())
-            curve.color = series.at(i).color;
+            curve.colour = series.at(i).color;
         curve.records.append(i);
     }
     return curve;

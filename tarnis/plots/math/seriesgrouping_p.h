@@ -20,7 +20,7 @@ QColor rotationColour(int number);
 /// A curve: the records that are summed, in this order, and how it is drawn. Its length is that of the first record.
 struct SummedCurve {
     QList<int> records;
-    QColor color = Qt::white;
+    QColor colour = Qt::white;
     bool enable = true;
 };
 

@@ -61,7 +61,7 @@ CsvTable tableOfGroups(const QList<Series>& series, int groupSize, const SeriesT
     QList<Series> columns;
     QStringList names;
     for (int group = 0; group < groups.size(); ++group) {
-        columns.append({ wholeSums(series, groups.at(group)), groups.at(group).color,
+        columns.append({ wholeSums(series, groups.at(group)), groups.at(group).colour,
             series.at(qsizetype(group) * groupSize).enable });
         names.append(
             headingOr(texts, recordOfGroup(group, groupSize), numberedName(texts.group, group + texts.firstNumber)));
@@ -79,7 +79,7 @@ CsvTable tableOfPositions(const QList<Series>& series, int groupSize, const Seri
     QStringList names;
     for (int position = 0; position < positions.size(); ++position) {
         const SummedCurve& curve = positions.at(position);
-        columns.append({ wholeSums(series, curve), curve.color, curve.enable });
+        columns.append({ wholeSums(series, curve), curve.colour, curve.enable });
         names.append(numberedName(texts.item, position));
     }
     return tableWithHeader(columns, names);

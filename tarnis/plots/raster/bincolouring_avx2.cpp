@@ -59,7 +59,7 @@ TARNIS_AVX2 inline __m128i blendLanes(const ScaleRanges& ranges, __m256d value)
             _mm256_mul_pd(entryOf(ranges.lower[channel], pick), rest));
         pixel = _mm_or_si128(_mm_slli_epi32(pixel, 8), _mm256_cvttpd_epi32(blend));
     }
-    const auto everywhere = [](QRgb color) { return _mm_set1_epi32(static_cast<int>(color)); };
+    const auto everywhere = [](QRgb colour) { return _mm_set1_epi32(static_cast<int>(colour)); };
     pixel = _mm_blendv_epi8(everywhere(ranges.undefinedPixel), pixel, narrowed(isNumber));
     pixel = _mm_blendv_epi8(pixel, everywhere(ranges.highPixel), narrowed(isAbove));
     return _mm_blendv_epi8(pixel, everywhere(ranges.lowPixel), narrowed(isBelow));

@@ -9,14 +9,15 @@ namespace tarnis {
 
 namespace {
 
-std::array<double, 3> channels(const QColor& color)
+std::array<double, 3> channels(const QColor& colour)
 {
-    return { static_cast<double>(color.red()), static_cast<double>(color.green()), static_cast<double>(color.blue()) };
+    return { static_cast<double>(colour.red()), static_cast<double>(colour.green()),
+        static_cast<double>(colour.blue()) };
 }
 
-bool isOpaqueColour(const QColor& color)
+bool isOpaqueColour(const QColor& colour)
 {
-    return !color.isValid() || color.rgba64().alpha() == 0xffff;
+    return !colour.isValid() || colour.rgba64().alpha() == 0xffff;
 }
 
 } // namespace
@@ -59,7 +60,7 @@ ColourScale::ColourScale(double low, double high, ScaleCurve curve, const Colour
     m_ranges.high = curved(high) + 0.0;
 }
 
-QColor ColourScale::color(double value) const
+QColor ColourScale::colour(double value) const
 {
     const double v = curved(value);
     if (m_table != nullptr) {

@@ -39,9 +39,9 @@ public:
 
     /// The unchanged end colour beyond the range, an opaque blend inside it. Invalid where the blend is undefined: for
     /// NaN, and for a value that equals both ends.
-    QColor color(double value) const;
+    QColor colour(double value) const;
 
-    /// The pixel that a pen of color() paints on a raster device: an invalid colour is black.
+    /// The pixel that a pen of colour() paints on a raster device: an invalid colour is black.
     QRgb pixel(double value) const
     {
         const double v = curved(value);

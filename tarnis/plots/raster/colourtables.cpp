@@ -24,10 +24,10 @@ constexpr ColourTable tableOf(std::string_view digits)
     constexpr std::size_t each = 6;
     ColourTable table {};
     for (std::size_t i = 0; i < table.size(); ++i) {
-        QRgb color = 0xff;
+        QRgb colour = 0xff;
         for (const char digit : digits.substr(i * each, each))
-            color = color << 4U | digitOf(digit);
-        table[i] = color;
+            colour = colour << 4U | digitOf(digit);
+        table[i] = colour;
     }
     return table;
 }

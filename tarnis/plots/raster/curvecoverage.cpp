@@ -122,7 +122,7 @@ std::size_t CurveCoverage::tileSize() const
 
 void CurveCoverage::add(const SmoothCurve& curve, const SmoothColumns& columns, const SmoothRows& rows)
 {
-    if (m_image.isNull() || curve.range.begin >= curve.range.end || qAlpha(curve.color) == 0)
+    if (m_image.isNull() || curve.range.begin >= curve.range.end || qAlpha(curve.colour) == 0)
         return;
     clearSpans();
     switch (curve.shape) {
@@ -135,7 +135,7 @@ void CurveCoverage::add(const SmoothCurve& curve, const SmoothColumns& columns, 
     case CurveShape::Columns:
         addColumns(curve, columns, rows);
         cover();
-        blend(curve.color, fillOpacity);
+        blend(curve.colour, fillOpacity);
         clearSpans();
         [[fallthrough]];
     case CurveShape::Steps:
@@ -144,7 +144,7 @@ void CurveCoverage::add(const SmoothCurve& curve, const SmoothColumns& columns, 
     }
     thicken(curve.width / 2.0);
     cover();
-    blend(curve.color, 1.0F);
+    blend(curve.colour, 1.0F);
 }
 
 // A margin on both sides for thick lines that extend into the image.
@@ -352,11 +352,11 @@ __m128i nextShares(float* coverage, float* slopes, float opacity)
 }
 
 /// The pixels of blendPixels(), in products of 16 bits: those of 32 bits take four times as long.
-void blendTile(float* coverage, float* slopes, QRgb* pixels, QRgb color, float opacity)
+void blendTile(float* coverage, float* slopes, QRgb* pixels, QRgb colour, float opacity)
 {
     const __m128i even = _mm_set1_epi32(0x00ff00ff);
-    const __m128i redAndBlue = _mm_and_si128(_mm_set1_epi32(static_cast<int>(color)), even);
-    const __m128i alphaAndGreen = _mm_set1_epi32(static_cast<int>(((color >> 8) & 0xffU) | 0x00ff0000U));
+    const __m128i redAndBlue = _mm_and_si128(_mm_set1_epi32(static_cast<int>(colour)), even);
+    const __m128i alphaAndGreen = _mm_set1_epi32(static_cast<int>(((colour >> 8) & 0xffU) | 0x00ff0000U));
     for (int x = 0; x < tileColumns; x += 4) {
         const __m128i four = nextShares(coverage + x, slopes + x, opacity);
         const __m128i share = _mm_or_si128(four, _mm_slli_epi32(four, 16));
@@ -376,11 +376,11 @@ void blendTile(float* coverage, float* slopes, QRgb* pixels, QRgb color, float o
 /// Adds the changes of a row to the coverage, and blends the colour over the pixels. Two channels at a time, in 1/256,
 /// so that the compiler can vectorise.
 template <typename Count>
-void blendPixels(float* coverage, float* slopes, QRgb* pixels, Count count, QRgb color, float opacity)
+void blendPixels(float* coverage, float* slopes, QRgb* pixels, Count count, QRgb colour, float opacity)
 {
     constexpr QRgb even = 0x00ff00ffU;
-    const QRgb redAndBlue = color & even;
-    const QRgb alphaAndGreen = ((color >> 8) & 0xffU) | 0x00ff0000U;
+    const QRgb redAndBlue = colour & even;
+    const QRgb alphaAndGreen = ((colour >> 8) & 0xffU) | 0x00ff0000U;
     const float parts = 256.0F * opacity;
     const float most = std::min(parts, 256.0F);
     for (int x = 0; x < count; ++x) {
@@ -398,26 +398,26 @@ void blendPixels(float* coverage, float* slopes, QRgb* pixels, Count count, QRgb
 }
 
 /// A constant number of pixels needs no scalar rest.
-void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb color, float opacity)
+void blendRow(float* coverage, float* slopes, QRgb* pixels, int count, QRgb colour, float opacity)
 {
 #if defined(__SSE2__)
     if (count == tileColumns) {
-        blendTile(coverage, slopes, pixels, color, opacity);
+        blendTile(coverage, slopes, pixels, colour, opacity);
         return;
     }
 #endif
     if (count == tileColumns)
-        blendPixels(coverage, slopes, pixels, std::integral_constant<int, tileColumns>(), color, opacity);
+        blendPixels(coverage, slopes, pixels, std::integral_constant<int, tileColumns>(), colour, opacity);
     else
-        blendPixels(coverage, slopes, pixels, count, color, opacity);
+        blendPixels(coverage, slopes, pixels, count, colour, opacity);
 }
 
 } // namespace
 
 /// Tile by tile, because a curve covers few of the rows between its extremes: the time is that of the covered pixels.
-void CurveCoverage::blend(QRgb color, float opacity)
+void CurveCoverage::blend(QRgb colour, float opacity)
 {
-    const float share = opacity * static_cast<float>(qAlpha(color)) / 255.0F;
+    const float share = opacity * static_cast<float>(qAlpha(colour)) / 255.0F;
     const qsizetype line = m_image.bytesPerLine() / qsizetype(sizeof(QRgb));
     auto* const bits = reinterpret_cast<QRgb*>(m_image.bits());
     for (std::size_t i = 0; i < m_tiles.size(); ++i) {
@@ -429,7 +429,7 @@ void CurveCoverage::blend(QRgb color, float opacity)
         std::array<float, tileColumns> coverage {};
         for (int row = tile.top; row <= std::min(tile.bottom + 1, m_height - 1); ++row)
             blendRow(coverage.data(), m_slopes.data() + i * tileSize() + std::size_t(row) * tileColumns,
-                bits + row * line + left, columns, color, share);
+                bits + row * line + left, columns, colour, share);
         // The remaining changes below the last row.
         std::fill_n(m_slopes.data() + i * tileSize() + std::size_t(m_height) * tileColumns, 2 * tileColumns, 0.0F);
         tile = Tile { m_height, -1 };
@@ -463,7 +463,7 @@ void CurveCoverage::addPoints(const SmoothCurve& curve, const SmoothColumns& col
             coverStrip(strip, { static_cast<float>(row - height), static_cast<float>(row + height) });
         }
     }
-    blend(curve.color, 1.0F);
+    blend(curve.colour, 1.0F);
 }
 
 } // namespace tarnis

@@ -47,7 +47,7 @@ struct SmoothCurve {
     CurveShape shape = CurveShape::Lines;
     double width = 1.5; ///< width of the line or diameter of the discs in pixels
     double base = 0.0; ///< row of the lower end of columns
-    QRgb color = 0xff000000;
+    QRgb colour = 0xff000000;
 };
 
 /// Collects curves in an image. Each pixel column is cut into a few strips; in each of them the curve extends exactly
@@ -84,7 +84,7 @@ private:
     void thicken(double radius);
     void cover();
     void coverStrip(int strip, Span span);
-    void blend(QRgb color, float opacity);
+    void blend(QRgb colour, float opacity);
 
     QImage m_image;
     int m_width = 0;

@@ -126,19 +126,19 @@ QRectF DevicePixels::aligned(const QRect& pixels) const
     return m_inverse.mapRect(QRectF(onDevice(pixels)));
 }
 
-void DevicePixels::fill(QPainter& painter, const QRect& pixels, const QColor& color) const
+void DevicePixels::fill(QPainter& painter, const QRect& pixels, const QColor& colour) const
 {
-    fillOnDevice(painter, onDevice(pixels), color);
+    fillOnDevice(painter, onDevice(pixels), colour);
 }
 
 // After mapping back, the edges are close enough to the device's that the engine's rounding restores them.
-void DevicePixels::fillOnDevice(QPainter& painter, const QRect& device, const QColor& color) const
+void DevicePixels::fillOnDevice(QPainter& painter, const QRect& device, const QColor& colour) const
 {
     if (device.isValid())
-        painter.fillRect(m_inverse.mapRect(QRectF(device)), color);
+        painter.fillRect(m_inverse.mapRect(QRectF(device)), colour);
 }
 
-void DevicePixels::drawColumn(QPainter& painter, int x, int top, int bottom, const QColor& color) const
+void DevicePixels::drawColumn(QPainter& painter, int x, int top, int bottom, const QColor& colour) const
 {
     const QPoint from = rounded(m_transform.map(QPointF(x, top)));
     const QPoint to = rounded(m_transform.map(QPointF(x + 1, bottom + 1)));
@@ -152,10 +152,10 @@ void DevicePixels::drawColumn(QPainter& painter, int x, int top, int bottom, con
         setThickness(from.y(), to.y(), m_thickness, first, size);
         line = QRect(line.left(), first, line.width(), size);
     }
-    fillOnDevice(painter, line, color);
+    fillOnDevice(painter, line, colour);
 }
 
-void DevicePixels::drawRow(QPainter& painter, int y, int left, int right, const QColor& color) const
+void DevicePixels::drawRow(QPainter& painter, int y, int left, int right, const QColor& colour) const
 {
     const QPoint from = rounded(m_transform.map(QPointF(left, y)));
     const QPoint to = rounded(m_transform.map(QPointF(right + 1, y + 1)));
@@ -169,7 +169,7 @@ void DevicePixels::drawRow(QPainter& painter, int y, int left, int right, const 
         setThickness(from.x(), to.x(), m_thickness, first, size);
         line = QRect(first, line.top(), size, line.height());
     }
-    fillOnDevice(painter, line, color);
+    fillOnDevice(painter, line, colour);
 }
 
 void DevicePixels::drawFrame(QPainter& painter, const QRect& rect, const QColor& line, const QBrush& inside) const
@@ -234,8 +234,8 @@ void drawEvenRect(QPainter& painter, const QRect& rect)
 
 void drawEvenBars(QPainter& painter, const QList<QRect>& bars)
 {
-    const QColor color = painter.pen().color();
-    painter.setBrush(QBrush(color));
+    const QColor colour = painter.pen().color();
+    painter.setBrush(QBrush(colour));
     const auto pixels = DevicePixels::of(painter);
     if (!pixels) {
         painter.drawRects(bars);
@@ -246,7 +246,7 @@ void drawEvenBars(QPainter& painter, const QList<QRect>& bars)
         pixels->fill(painter,
             QRect(QPoint(std::min(bar.left(), end.x()), std::min(bar.top(), end.y())),
                 QPoint(std::max(bar.left(), end.x()), std::max(bar.top(), end.y()))),
-            color);
+            colour);
     }
 }
 

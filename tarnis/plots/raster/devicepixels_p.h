@@ -28,11 +28,11 @@ public:
     /// The painter's rectangle whose edges on the device are the rounded ones of `pixels`.
     QRectF aligned(const QRect& pixels) const;
     /// Fills a rectangle of the painter's pixels.
-    void fill(QPainter& painter, const QRect& pixels, const QColor& color) const;
+    void fill(QPainter& painter, const QRect& pixels, const QColor& colour) const;
     /// A line through the painter's pixels of a column or a row, both ends inclusive. Its width in device pixels is the
     /// rounded ratio, at least one. @{
-    void drawColumn(QPainter& painter, int x, int top, int bottom, const QColor& color) const;
-    void drawRow(QPainter& painter, int y, int left, int right, const QColor& color) const;
+    void drawColumn(QPainter& painter, int x, int top, int bottom, const QColor& colour) const;
+    void drawRow(QPainter& painter, int y, int left, int right, const QColor& colour) const;
     /// @}
     /// The outline that QPainter::drawRects() draws, and its inside.
     void drawFrame(QPainter& painter, const QRect& rect, const QColor& line, const QBrush& inside) const;
@@ -46,7 +46,7 @@ private:
     explicit DevicePixels(const QTransform& transform);
     int thicknessOf(double width) const;
     QRect onDevice(const QRect& pixels) const;
-    void fillOnDevice(QPainter& painter, const QRect& device, const QColor& color) const;
+    void fillOnDevice(QPainter& painter, const QRect& device, const QColor& colour) const;
 
     QTransform m_transform; ///< from painter to device
     QTransform m_inverse;

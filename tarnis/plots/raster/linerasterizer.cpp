@@ -51,18 +51,18 @@ void setBits(quint16* words, int count, quint16 bits)
         words[i] = static_cast<quint16>(words[i] | bits);
 }
 
-void writeWord(QRgb* pixels, unsigned int bits, QRgb color)
+void writeWord(QRgb* pixels, unsigned int bits, QRgb colour)
 {
     for (; bits != 0; bits &= bits - 1)
-        pixels[std::countr_zero(bits)] = color;
+        pixels[std::countr_zero(bits)] = colour;
 }
 
 /// As above, if all pixels of the band are within the image.
-void writeWholeWord(QRgb* pixels, unsigned int bits, QRgb color)
+void writeWholeWord(QRgb* pixels, unsigned int bits, QRgb colour)
 {
 #if defined(__SSE2__)
     const __m128i word = _mm_set1_epi32(static_cast<int>(bits));
-    const __m128i colors = _mm_set1_epi32(static_cast<int>(color));
+    const __m128i colors = _mm_set1_epi32(static_cast<int>(colour));
     __m128i places = _mm_setr_epi32(1, 2, 4, 8);
     for (int i = 0; i < bandWidth; i += 4) {
         auto* const four = reinterpret_cast<__m128i*>(pixels + i);
@@ -72,7 +72,7 @@ void writeWholeWord(QRgb* pixels, unsigned int bits, QRgb color)
         places = _mm_slli_epi32(places, 4);
     }
 #else
-    writeWord(pixels, bits, color);
+    writeWord(pixels, bits, colour);
 #endif
 }
 
@@ -147,7 +147,7 @@ void LineRasterizer::addLine(QPoint from, QPoint to)
     }
 }
 
-void LineRasterizer::writeTo(const PixelRows& rows, QRgb color)
+void LineRasterizer::writeTo(const PixelRows& rows, QRgb colour)
 {
     for (std::size_t number = 0; number < m_rows.size(); ++number) {
         const int left = m_area.left() + static_cast<int>(number) * bandWidth;
@@ -161,9 +161,9 @@ void LineRasterizer::writeTo(const PixelRows& rows, QRgb color)
                 continue;
             QRgb* const pixels = rows.at(left, m_area.top() + row);
             if (whole && !sparse)
-                writeWholeWord(pixels, bits, color);
+                writeWholeWord(pixels, bits, colour);
             else
-                writeWord(pixels, bits, color);
+                writeWord(pixels, bits, colour);
         }
     }
 }

@@ -30,7 +30,7 @@ public:
     void addLine(QPoint from, QPoint to);
 
     /// Writes the pixels in one colour and clears the set. The rows must contain `area`.
-    void writeTo(const PixelRows& rows, QRgb color);
+    void writeTo(const PixelRows& rows, QRgb colour);
 
 private:
     /// Rows that may hold pixels, or none.

@@ -19,10 +19,10 @@ bool isOrdinary(const BinSpan& span)
 }
 
 /// Writes a bar of `width` pixels of one colour; may also write up to `block` pixels after it.
-template <int block> void paintBar(QRgb* pixels, int width, QRgb color)
+template <int block> void paintBar(QRgb* pixels, int width, QRgb colour)
 {
     for (int i = 0; i < width; i += block)
-        std::fill_n(pixels + i, block, color);
+        std::fill_n(pixels + i, block, colour);
 }
 
 } // namespace
@@ -233,12 +233,12 @@ template <int block> void BinRaster::spreadTouching(QRgb* row) const
     paintBar<block>(row, std::min(left[0] + extent + 1 - first, width), colors[0]);
     for (std::ptrdiff_t group = 1; group < groups; ++group) {
         QRgb* bar = row + (left[group] - first);
-        const QRgb color = colors[group];
+        const QRgb colour = colors[group];
         const int inside = block > narrowBlock ? std::min(extent + 1, width - (left[group] - first)) : block;
-        paintBar<block>(bar, inside, color);
+        paintBar<block>(bar, inside, colour);
         // Without a branch, because empty bins are random.
-        const QRgb isEmpty = 0U - static_cast<QRgb>(color == BinColouring::noPixel);
-        bar[0] = color | (colors[group - 1] & shared[group] & isEmpty);
+        const QRgb isEmpty = 0U - static_cast<QRgb>(colour == BinColouring::noPixel);
+        bar[0] = colour | (colors[group - 1] & shared[group] & isEmpty);
     }
 }
 

@@ -66,14 +66,14 @@ void paintRow(QPainter& painter, const BinGeometry& view, int row, const QList<d
         if (left == lastPainted)
             continue;
         lastPainted = left;
-        const QColor color = scale.color(value);
+        const QColor colour = scale.colour(value);
         if (pixels) {
-            pixels->fill(painter, pixelsOf(view, row, column), color);
+            pixels->fill(painter, pixelsOf(view, row, column), colour);
             continue;
         }
-        painter.setPen(color);
+        painter.setPen(colour);
         if (view.paintsBars()) {
-            painter.setBrush(QBrush(color, Qt::SolidPattern));
+            painter.setBrush(QBrush(colour, Qt::SolidPattern));
             const QRect bar = view.bar(row, column);
             painter.drawRects(&bar, 1);
         } else {

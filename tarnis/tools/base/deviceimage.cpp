@@ -72,7 +72,7 @@ void fillBlock(
 
 } // namespace
 
-void fillColumns(QPainter& painter, const QRect& area, const QList<ColumnSpan>& spans, const QColor& color)
+void fillColumns(QPainter& painter, const QRect& area, const QList<ColumnSpan>& spans, const QColor& colour)
 {
     QList<ColumnSpan> inside;
     inside.reserve(spans.size());
@@ -87,10 +87,10 @@ void fillColumns(QPainter& painter, const QRect& area, const QList<ColumnSpan>& 
     const double scale = deviceScale(painter);
     if (scale <= 0.0) {
         for (const ColumnSpan& span : std::as_const(inside))
-            painter.fillRect(QRect(span.column, span.top, 1, span.bottom - span.top + 1), color);
+            painter.fillRect(QRect(span.column, span.top, 1, span.bottom - span.top + 1), colour);
         return;
     }
-    const QRgb pixel = qPremultiply(color.rgba());
+    const QRgb pixel = qPremultiply(colour.rgba());
     const ColumnSpan* const end = inside.constData() + inside.size();
     if (scale != std::floor(scale)) { // the edges of blocks would be inside of pixels
         fillBlock(painter, area, inside.constData(), end, pixel, scale);

@@ -28,6 +28,6 @@ struct ColumnSpan {
 /// Fills the spans inside of `area` with a colour that may be transparent. Neighbouring columns share a picture: the
 /// raster engine takes a tenth of a microsecond for every row of a rectangle one pixel wide. Ascending or descending
 /// columns, each once.
-void fillColumns(QPainter& painter, const QRect& area, const QList<ColumnSpan>& spans, const QColor& color);
+void fillColumns(QPainter& painter, const QRect& area, const QList<ColumnSpan>& spans, const QColor& colour);
 
 } // namespace tarnis

@@ -30,7 +30,7 @@ QList<ShownCurve> curvesIn(const MultiVectorGraphWidget& plot, bool isEnabled)
         const QString given = isSeries ? seriesName(plot, static_cast<int>(i)) : QString();
         const int place = static_cast<int>(i);
         const QString name = given.isEmpty() ? QString::number(place + plot.m_firstNumber) : given;
-        ShownCurve entry { name, shownCurveColour(plot, place, curve.color), {}, name, place };
+        ShownCurve entry { name, shownCurveColour(plot, place, curve.colour), {}, name, place };
         for (const int record : curve.records)
             entry.parts.append(series.at(record).values);
         shown.append(entry);
@@ -101,7 +101,7 @@ const SampleBlocks* blocksOf(XYGraphWidget& plot, const ShownCurve& curve)
 bool isSameData(const QList<ShownCurve>& a, const QList<ShownCurve>& b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const ShownCurve& left, const ShownCurve& right) {
-        return left.color == right.color && left.name == right.name
+        return left.colour == right.colour && left.name == right.name
             && std::equal(left.parts.begin(), left.parts.end(), right.parts.begin(), right.parts.end(),
                 [](const QList<double>& x, const QList<double>& y) {
                     return x.constData() == y.constData() && x.size() == y.size();

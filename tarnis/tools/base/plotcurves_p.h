@@ -20,7 +20,7 @@ class SampleBlocks;
 /// A curve that is shown. It shares the plot's samples, and keeps them when the plot gets new ones.
 struct ShownCurve {
     QString name; ///< name set by the host, else its number; empty if there is only one curve
-    QColor color;
+    QColor colour;
     QList<QList<double>> parts; ///< several for a sum; the first has the length of the curve
     QString identity = {}; ///< as `name`, also if it is the only curve; empty on a plot of one series
     int place = 0; ///< among all curves of the plot, hidden ones included

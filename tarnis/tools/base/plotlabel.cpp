@@ -145,7 +145,7 @@ namespace {
 
 /// The border of an upright line as a picture of its pixels; false where the painter has to draw it. A painter fills
 /// translucent columns row by row, with the help of threads, which takes longer than all of the other pixels.
-bool paintColumn(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color)
+bool paintColumn(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& colour)
 {
     const int column = static_cast<int>(from.x());
     if (from.x() != to.x() || from.x() != column || deviceScale(painter) != 1.0 || !painter.hasClipping()
@@ -159,7 +159,7 @@ bool paintColumn(QPainter& painter, const QPointF& from, const QPointF& to, cons
     if (shown.isEmpty())
         return true;
     QImage image(shown.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
+    image.fill(colour);
     painter.save();
     painter.setClipRect(shown, Qt::IntersectClip);
     painter.drawImage(shown.topLeft(), image);
@@ -181,7 +181,7 @@ public:
     }
 
     /// Paints inside of `shown`, part by part: a picture of all of the line would be as large as the plot.
-    void paint(QPainter& painter, const QRect& shown, const QColor& color, const QColor& border) const
+    void paint(QPainter& painter, const QRect& shown, const QColor& colour, const QColor& border) const
     {
         constexpr int partLength = 48;
         const QRect area = m_isSteep ? shown : QRect(turned(shown.topLeft()), shown.size().transposed());
@@ -193,7 +193,7 @@ public:
             const int left = std::max(low - borderReach, area.left());
             const int right = std::min(high + borderReach, area.right());
             if (left <= right)
-                paintPart(painter, QRect(QPoint(left, begin), QPoint(right, end)), color, border);
+                paintPart(painter, QRect(QPoint(left, begin), QPoint(right, end)), colour, border);
         }
     }
 
@@ -208,7 +208,7 @@ private:
         return m_from.x() + static_cast<int>(std::lround(double(way) * (m_to.x() - m_from.x()) / length));
     }
 
-    void paintPart(QPainter& painter, const QRect& part, const QColor& color, const QColor& border) const
+    void paintPart(QPainter& painter, const QRect& part, const QColor& colour, const QColor& border) const
     {
         const QSize size = m_isSteep ? part.size() : part.size().transposed();
         QImage image(size, QImage::Format_ARGB32_Premultiplied);
@@ -229,7 +229,7 @@ private:
                 set(across, step, qPremultiply(border.rgba()));
             const bool isGap = m_isDashed && (step - m_from.y()) % dashPeriod >= dashLength;
             if (step >= m_from.y() && step <= m_to.y() && !isGap)
-                set(place(step), step, qPremultiply(color.rgba()));
+                set(place(step), step, qPremultiply(colour.rgba()));
         }
         painter.drawImage(turned(part.topLeft()), image);
     }
@@ -246,13 +246,13 @@ private:
 /// Paints it pixel by pixel, so that the pixels do not depend on the part of the plot that is repainted: the painter
 /// rounds a line differently with each clip. False where the painter has to draw it.
 bool paintSlanted(
-    QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, const QColor& border, bool dashed)
+    QPainter& painter, const QPointF& from, const QPointF& to, const QColor& colour, const QColor& border, bool dashed)
 {
     if (from != from.toPoint() || to != to.toPoint() || deviceScale(painter) != 1.0 || !painter.hasClipping()
         || painter.transform().type() > QTransform::TxTranslate)
         return false;
     SlantedLine(from.toPoint(), to.toPoint(), dashed)
-        .paint(painter, painter.clipBoundingRect().toAlignedRect(), color, border);
+        .paint(painter, painter.clipBoundingRect().toAlignedRect(), colour, border);
     return true;
 }
 
@@ -273,12 +273,12 @@ QRegion areaOfLine(const QPointF& from, const QPointF& to)
     return area;
 }
 
-void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed)
+void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& colour, bool dashed)
 {
     constexpr int lightest = 110; // of the dark colours
-    const QColor border = color.lightness() > lightest ? QColor(0, 0, 0, 140) : QColor(255, 255, 255, 160);
+    const QColor border = colour.lightness() > lightest ? QColor(0, 0, 0, 140) : QColor(255, 255, 255, 160);
     const bool isSlanted = from.x() != to.x() && from.y() != to.y();
-    if (isSlanted && paintSlanted(painter, from, to, color, border, dashed))
+    if (isSlanted && paintSlanted(painter, from, to, colour, border, dashed))
         return;
     if (!paintColumn(painter, from, to, border)) {
         constexpr int sharpBand = 88; // rows; see paintInBands()
@@ -287,7 +287,7 @@ void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const 
         paintInBands(
             painter, area, [&] { painter.drawLine(from, to); }, sharpBand);
     }
-    painter.setPen(QPen(color, 1.0, dashed ? Qt::DashLine : Qt::SolidLine));
+    painter.setPen(QPen(colour, 1.0, dashed ? Qt::DashLine : Qt::SolidLine));
     painter.drawLine(from, to);
 }
 

@@ -69,7 +69,7 @@ QColor colourOverData(const XYGraphWidget& plot, const QColor& onDark);
 QRegion areaOfLine(const QPointF& from, const QPointF& to);
 
 /// Draws a line that is visible on light and on dark pixels: a light one has a dark border, a dark one a light border.
-void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color, bool dashed = false);
+void paintLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& colour, bool dashed = false);
 
 /// Clamps a coordinate to the range of a painter.
 double limitedCoordinate(double coordinate);

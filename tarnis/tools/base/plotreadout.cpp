@@ -89,7 +89,7 @@ PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, dou
     } else {
         const QList<ShownCurve> curves = shownCurves(plot);
         for (const ShownCurve& curve : curves)
-            readOut.values.append({ curve.name, curve.color, curve.at(readOut.column) });
+            readOut.values.append({ curve.name, curve.colour, curve.at(readOut.column) });
     }
     return readOut;
 }

@@ -19,7 +19,7 @@ class PlotMapping;
 /// The value of one curve, or of a map's bin.
 struct ReadOutValue {
     QString name; ///< name of the curve; empty if there is only one
-    QColor color;
+    QColor colour;
     std::optional<double> value; ///< empty if the curve has no such bin
 };
 

@@ -57,7 +57,7 @@ struct PlotCrosshair::Labels : ReadOutLabels { };
 struct PlotCrosshair::Drawing {
     struct Dot {
         double row = 0.0;
-        QColor color;
+        QColor colour;
     };
 
     QString text;
@@ -268,7 +268,7 @@ PlotCrosshair::Drawing PlotCrosshair::drawing(const PlotMapping& mapping, const 
         std::round(limitedCoordinate(mapping.rowOf(y))), {}, labelAt(mapping, font, text) };
     for (const ReadOutValue& value : shown.values) {
         if (!shown.isMap && value.value && std::isfinite(*value.value))
-            drawing.dots.append({ limitedCoordinate(mapping.rowOf(*value.value)), value.color });
+            drawing.dots.append({ limitedCoordinate(mapping.rowOf(*value.value)), value.colour });
     }
     return drawing;
 }
@@ -287,13 +287,13 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     noteDrawn(painter, now.area(rect), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
-    const QColor color = colourOverData(*plot(), lineColour);
-    paintLine(painter, { now.column, double(rect.top()) }, { now.column, double(rect.bottom()) }, color, !m_isPinned);
-    paintLine(painter, { double(rect.left()), now.row }, { double(rect.right()), now.row }, color, !m_isPinned);
+    const QColor colour = colourOverData(*plot(), lineColour);
+    paintLine(painter, { now.column, double(rect.top()) }, { now.column, double(rect.bottom()) }, colour, !m_isPinned);
+    paintLine(painter, { double(rect.left()), now.row }, { double(rect.right()), now.row }, colour, !m_isPinned);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const Drawing::Dot& dot : now.dots) {
         painter.setPen(QPen(Qt::white, 1.0));
-        painter.setBrush(dot.color);
+        painter.setBrush(dot.colour);
         painter.drawEllipse(QPointF(now.column, dot.row), dotRadius, dotRadius);
     }
     painter.restore();

@@ -277,22 +277,22 @@ void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int
         return;
     const QRect rect = mapping.frameRect();
     const double column = std::round(mapping.columnOf(position.x()));
-    const QColor color = colourOverData(*plot(), index == m_selected ? selectedColour : markerColour);
+    const QColor colour = colourOverData(*plot(), index == m_selected ? selectedColour : markerColour);
     painter.save();
     painter.setClipRect(rect);
     if (isMap()) {
         const double row = std::round(mapping.rowOf(position.y()));
-        paintLine(painter, { column - crossArm, row }, { column + crossArm, row }, color);
-        paintLine(painter, { column, row - crossArm }, { column, row + crossArm }, color);
+        paintLine(painter, { column - crossArm, row }, { column + crossArm, row }, colour);
+        paintLine(painter, { column, row - crossArm }, { column, row + crossArm }, colour);
     } else {
-        paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, color);
+        paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, colour);
         const PlotReadOut read = readOutAt(*plot(), mapping, position.x(), position.y());
         painter.setRenderHint(QPainter::Antialiasing);
         for (const ReadOutValue& value : read.values) {
             if (!value.value || !std::isfinite(*value.value))
                 continue;
             painter.setPen(QPen(Qt::white, 1.0));
-            painter.setBrush(value.color);
+            painter.setBrush(value.colour);
             painter.drawEllipse(QPointF(column, limitedCoordinate(mapping.rowOf(*value.value))), dotRadius, dotRadius);
         }
     }

@@ -384,13 +384,13 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     noteDrawn(painter, now.area(rect, painter.font()), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
-    const QColor color = colourOverData(*plot(), rulerColour);
-    paintLine(painter, now.a, now.corner(), color, true);
-    paintLine(painter, now.corner(), now.b, color, true);
-    paintLine(painter, now.a, now.b, color);
+    const QColor colour = colourOverData(*plot(), rulerColour);
+    paintLine(painter, now.a, now.corner(), colour, true);
+    paintLine(painter, now.corner(), now.b, colour, true);
+    paintLine(painter, now.a, now.b, colour);
     for (const QPointF& end : { now.a, now.b }) {
-        paintLine(painter, end - QPointF(endTick, 0.0), end + QPointF(endTick, 0.0), color);
-        paintLine(painter, end - QPointF(0.0, endTick), end + QPointF(0.0, endTick), color);
+        paintLine(painter, end - QPointF(endTick, 0.0), end + QPointF(endTick, 0.0), colour);
+        paintLine(painter, end - QPointF(0.0, endTick), end + QPointF(0.0, endTick), colour);
     }
     painter.restore();
     for (const Drawing::Name& name : now.names)

@@ -148,7 +148,7 @@ void BinAggregation::paintEnvelope(
     const SampleBlocks* const blocks = blocksOf(*plot(), curve);
     const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Numbers, blocks);
     const QList<double> means = m_method == Method::Mean ? meansOf(runs, curve, blocks) : QList<double>();
-    QColor band = curve.color;
+    QColor band = curve.colour;
     band.setAlpha(bandAlpha);
     QPolygonF line;
     QList<ColumnSpan> spans;
@@ -161,7 +161,7 @@ void BinAggregation::paintEnvelope(
         line << QPointF(entry.column, means.isEmpty() ? top : limitedCoordinate(mapping.rowOf(means.at(i))));
     }
     fillColumns(painter, mapping.frameRect(), spans, band);
-    painter.setPen(curve.color.lighter(120));
+    painter.setPen(curve.colour.lighter(120));
     painter.drawPolyline(line);
 }
 

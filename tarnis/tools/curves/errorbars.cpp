@@ -180,8 +180,8 @@ void ErrorBars::paintCurves(QPainter& painter, const PlotMapping& mapping, const
 void ErrorBars::paintBand(
     QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const
 {
-    QColor color = curve.color;
-    color.setAlpha(bandAlpha);
+    QColor colour = curve.colour;
+    colour.setAlpha(bandAlpha);
     // The ends of a bar rise with its count: those of the least and the largest count enclose all of the column.
     const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Counts, blocksOf(*plot(), curve));
     QList<ColumnSpan> band;
@@ -192,7 +192,7 @@ void ErrorBars::paintBand(
         const auto [top, bottom] = std::minmax(rows.upper, rows.lower); // of a reversed axis too
         band.append({ column.column, truncateToPixel(std::floor(top)), truncateToPixel(std::floor(bottom)) });
     }
-    fillColumns(painter, mapping.frameRect(), band, color);
+    fillColumns(painter, mapping.frameRect(), band, colour);
 }
 
 void ErrorBars::paintBars(
@@ -200,7 +200,7 @@ void ErrorBars::paintBars(
 {
     const BinPositions positionOf(mapping, bins);
     const double cap = std::min(widestCap, width * 0.7) / 2.0;
-    painter.setPen(curve.color);
+    painter.setPen(curve.colour);
     for (qsizetype i = bins.first; i <= std::min(bins.last, curve.size() - 1); ++i) {
         const auto [lower, upper] = interval(m_method, curve.valueAt(i)); // NaN for what is no count
         const BarRows rows = rowsOf(mapping, { lower, upper });

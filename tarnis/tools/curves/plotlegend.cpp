@@ -68,10 +68,10 @@ qsizetype firstInSight(qsizetype wanted, qsizetype count, qsizetype rows)
 }
 
 /// Draws a small arrow that indicates hidden rows.
-void paintArrow(QPainter& painter, const QPointF& tip, double direction, const QColor& color)
+void paintArrow(QPainter& painter, const QPointF& tip, double direction, const QColor& colour)
 {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(colour);
     painter.drawPolygon(QPolygonF { tip, tip + QPointF(-4.0, -4.0 * direction), tip + QPointF(4.0, -4.0 * direction) });
 }
 
@@ -102,7 +102,7 @@ QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot)
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (!curve.records.isEmpty() && lengthOf(series, curve) > 0)
-            entries.append({ curve.records, names.value(i), shownCurveColour(plot, static_cast<int>(i), curve.color),
+            entries.append({ curve.records, names.value(i), shownCurveColour(plot, static_cast<int>(i), curve.colour),
                 curve.enable });
     }
     return entries;
@@ -363,7 +363,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
         }
         const double middle = row.center().y() + 0.5;
         painter.setPen(
-            QPen(entry.isShown ? entry.color : hiddenColour, entry.isShown ? 2.5 : 1.0, Qt::SolidLine, Qt::FlatCap));
+            QPen(entry.isShown ? entry.colour : hiddenColour, entry.isShown ? 2.5 : 1.0, Qt::SolidLine, Qt::FlatCap));
         painter.drawLine(QPointF(row.left(), middle), QPointF(row.left() + sampleWidth, middle));
         painter.setPen(entry.isShown ? textColour : hiddenColour);
         const QRect text = row.adjusted(sampleWidth + padding, 0, 0, 0);

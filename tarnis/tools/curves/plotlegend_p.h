@@ -12,7 +12,7 @@ namespace tarnis {
 struct LegendEntry {
     QList<int> records;
     QString name;
-    QColor color;
+    QColor colour;
     bool isShown = true;
 };
 

@@ -109,12 +109,12 @@ QColor foreground(const XYGraphWidget& plot)
 }
 
 /// Half way to a grey that is seen on the plot's background.
-QColor faded(const QColor& color, const XYGraphWidget& plot)
+QColor faded(const QColor& colour, const XYGraphWidget& plot)
 {
     const PlotStyling* const styling = stylingOf(&plot);
     const bool isLight = styling != nullptr && styling->surround().lightness() > 127;
     const int grey = isLight ? 80 : 160;
-    return { (color.red() + grey) / 2, (color.green() + grey) / 2, (color.blue() + grey) / 2 };
+    return { (colour.red() + grey) / 2, (colour.green() + grey) / 2, (colour.blue() + grey) / 2 };
 }
 
 } // namespace
@@ -144,7 +144,7 @@ void ReferenceCurves::paintReferences(
     const QList<ColumnRun> runs = isDense ? columnRuns(positionOf, bins) : QList<ColumnRun>();
     for (const Pair& pair : pairs(live)) {
         const ScaledCurve curve { { {}, {}, { pair.reference } }, pair.norm };
-        QPen pen(faded(pair.live >= 0 ? live.at(pair.live).color : foreground(*plot()), *plot()), 1.0);
+        QPen pen(faded(pair.live >= 0 ? live.at(pair.live).colour : foreground(*plot()), *plot()), 1.0);
         if (isDense) { // dashes of a line that goes up and down in each pixel column would show nothing
             painter.setPen(pen);
             paintLines(painter, linesOf(painter, mapping, curve, runs, blocksOf(*plot(), curve.samples)));

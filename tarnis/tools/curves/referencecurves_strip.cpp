@@ -88,14 +88,14 @@ public:
             marks[rows[i]] = 1;
     }
 
-    void paint(QPainter& painter, const QColor& color)
+    void paint(QPainter& painter, const QColor& colour)
     {
-        if (deviceScale(painter) == 1.0 && color.alpha() == opaque) {
-            paintPicture(color);
+        if (deviceScale(painter) == 1.0 && colour.alpha() == opaque) {
+            paintPicture(colour);
             return;
         }
         finish(painter);
-        paintRects(painter, color);
+        paintRects(painter, colour);
     }
 
     /// Must be called after the last curve, and before anything else is painted over the curves.
@@ -134,17 +134,17 @@ private:
         }
     }
 
-    void paintRects(QPainter& painter, const QColor& color) const
+    void paintRects(QPainter& painter, const QColor& colour) const
     {
         forEachRun([&](int column, int first, int last) {
             painter.fillRect(m_strip.left() + column - pointRadius, m_strip.top() + first - pointRadius, size,
-                last - first + size, color);
+                last - first + size, colour);
         });
     }
 
     /// The same pixels: a call of the painter for each of the many runs takes several times as long. Opaque curves
     /// share one picture, since laying over one of each curve takes longer than all their points.
-    void paintPicture(const QColor& color)
+    void paintPicture(const QColor& colour)
     {
         if (m_picture.isNull()) {
             m_picture = QImage(m_strip.width() + 2 * pointRadius, m_strip.height() + 2 * pointRadius,
@@ -153,7 +153,7 @@ private:
         }
         if (m_picture.isNull())
             return;
-        const QRgb pixel = color.rgba();
+        const QRgb pixel = colour.rgba();
         auto* const bits = reinterpret_cast<QRgb*>(m_picture.bits());
         const qsizetype line = m_picture.bytesPerLine() / qsizetype(sizeof(QRgb));
         forEachRun([&](int column, int first, int last) {
@@ -228,10 +228,10 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
         m_view != View::Significance && std::abs(mapping.columnOf(bin.max) - mapping.columnOf(bin.min)) >= narrowBin;
     PointMarks marks(strip);
     for (const Pair& pair : compared) {
-        const QColor color = live.at(pair.live).color;
+        const QColor colour = live.at(pair.live).colour;
         if (hasErrors) {
             marks.finish(painter);
-            paintErrors(painter, axis, pair, runs, color);
+            paintErrors(painter, axis, pair, runs, colour);
         }
         marks.clear();
         const QList<quint8> rows = rowsOf(pair, axis);
@@ -239,7 +239,7 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
             const qsizetype count = std::min(run.last + 1, rows.size()) - run.first;
             marks.add(run.column, rows.constData() + run.first, count);
         }
-        marks.paint(painter, color);
+        marks.paint(painter, colour);
     }
     marks.finish(painter);
     painter.restore();
@@ -261,10 +261,10 @@ QList<quint8> ReferenceCurves::rowsOf(const Pair& pair, const StripAxis& axis) c
     return entry->rows;
 }
 
-void ReferenceCurves::paintErrors(
-    QPainter& painter, const StripAxis& axis, const Pair& pair, const QList<ColumnRun>& runs, const QColor& color) const
+void ReferenceCurves::paintErrors(QPainter& painter, const StripAxis& axis, const Pair& pair,
+    const QList<ColumnRun>& runs, const QColor& colour) const
 {
-    painter.setPen(color);
+    painter.setPen(colour);
     for (const ColumnRun& run : runs) { // of a bin each
         if (run.last >= pair.samples.size())
             break;

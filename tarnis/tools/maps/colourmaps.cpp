@@ -97,7 +97,7 @@ QString ColourMaps::title(const QString& name)
 QColor ColourMaps::colour(const QString& name, double share)
 {
     const std::optional<std::size_t> index = indexOf(name);
-    return index ? scaleAt(*index).color(share) : QColor();
+    return index ? scaleAt(*index).colour(share) : QColor();
 }
 
 QImage ColourMaps::preview(const QString& name, const QSize& size)

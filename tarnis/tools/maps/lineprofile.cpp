@@ -287,7 +287,7 @@ void LineProfile::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         noteDrawn(painter, {});
         return;
     }
-    const QColor color(255, 90, 200);
+    const QColor colour(255, 90, 200);
     const Shape line = shape(mapping);
     noteDrawn(painter, areaOf(line, mapping.frameRect()));
     painter.save();
@@ -301,11 +301,11 @@ void LineProfile::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     const bool isPlain = deviceScale(painter) == 1.0;
     const auto placed = [isPlain](const QPointF& place) { return isPlain ? QPointF(place.toPoint()) : place; };
     for (std::size_t i = 0; i < line.corners.size(); ++i)
-        paintLine(painter, placed(line.corners[i]), placed(line.corners[(i + 1) % line.corners.size()]), color, true);
-    paintLine(painter, placed(line.from), placed(line.to), color);
+        paintLine(painter, placed(line.corners[i]), placed(line.corners[(i + 1) % line.corners.size()]), colour, true);
+    paintLine(painter, placed(line.from), placed(line.to), colour);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Qt::black, 1.0));
-    painter.setBrush(color);
+    painter.setBrush(colour);
     for (const QPointF& end : { line.from, line.to })
         painter.drawEllipse(end, 4.0, 4.0);
     painter.drawRect(QRectF(line.handle - QPointF(3.5, 3.5), QSizeF(7.0, 7.0)));

@@ -119,7 +119,7 @@ QPolygonF simplified(const QPolygonF& line)
     return kept;
 }
 
-void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,
+void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& colour,
     Qt::PenStyle style)
 {
     QPolygonF line;
@@ -135,17 +135,17 @@ void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPoi
     for (const QPointF offset :
         { QPointF(beside, 0.0), QPointF(-beside, 0.0), QPointF(0.0, beside), QPointF(0.0, -beside) })
         painter.drawPolyline(line.translated(offset));
-    painter.setPen(QPen(color, 1.0, style));
+    painter.setPen(QPen(colour, 1.0, style));
     for (const double offset : { -half, half })
         painter.drawPolyline(line.translated(offset, offset));
 }
 
-void paintRange(QPainter& painter, const PlotMapping& mapping, AxisRange range, const QColor& color)
+void paintRange(QPainter& painter, const PlotMapping& mapping, AxisRange range, const QColor& colour)
 {
     const QRect rect = mapping.frameRect();
     for (const double end : { range.min, range.max }) {
         const double column = std::round(limitedCoordinate(mapping.columnOf(end)));
-        paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, color, true);
+        paintLine(painter, { column, double(rect.top()) }, { column, double(rect.bottom()) }, colour, true);
     }
 }
 
@@ -177,7 +177,7 @@ void FitCurves::clear()
 void FitCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
     painter.setClipRect(mapping.frameRect());
-    const QColor color = m_isGuess || m_isAcceptable ? goodColour : badColour;
+    const QColor colour = m_isGuess || m_isAcceptable ? goodColour : badColour;
     if (m_range != AxisRange {} && m_range.min != m_range.max)
         paintRange(painter, mapping, m_range, goodColour);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -185,8 +185,8 @@ void FitCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         return;
     for (const QList<QPointF>& peak : m_lines.peaks)
         paintValues(painter, mapping, peak, peakColour, Qt::SolidLine);
-    paintValues(painter, mapping, m_lines.background, color, Qt::DotLine);
-    paintValues(painter, mapping, m_lines.total, color, m_isGuess ? Qt::DashLine : Qt::SolidLine);
+    paintValues(painter, mapping, m_lines.background, colour, Qt::DotLine);
+    paintValues(painter, mapping, m_lines.total, colour, m_isGuess ? Qt::DashLine : Qt::SolidLine);
     if (m_lines.centres.size() < 2)
         return;
     // Numbers that identify the peaks of the table.

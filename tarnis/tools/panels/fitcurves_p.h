@@ -47,10 +47,10 @@ private:
 QPolygonF simplified(const QPolygonF& line);
 
 /// Draws a polyline of values that is visible on light and on dark pixels.
-void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& color,
+void paintValues(QPainter& painter, const PlotMapping& mapping, const QList<QPointF>& values, const QColor& colour,
     Qt::PenStyle style);
 
 /// Draws the ends of a range of X, and dims the outside.
-void paintRange(QPainter& painter, const PlotMapping& mapping, AxisRange range, const QColor& color);
+void paintRange(QPainter& painter, const PlotMapping& mapping, AxisRange range, const QColor& colour);
 
 } // namespace tarnis

@@ -32,7 +32,7 @@ void setAxis(PlotSpectrum& spectrum, const PlotMapping& mapping, bool isUnequal)
 struct NamedCurve {
     QString name;
     SummedCurve curve;
-    QColor color; ///< as drawn
+    QColor colour; ///< as drawn
 };
 
 QList<NamedCurve> visibleCurves(const MultiVectorGraphWidget& plot)
@@ -44,7 +44,7 @@ QList<NamedCurve> visibleCurves(const MultiVectorGraphWidget& plot)
     for (qsizetype i = 0; i < curves.size(); ++i) {
         const SummedCurve& curve = curves.at(i);
         if (curve.enable && !curve.records.isEmpty() && lengthOf(series, curve) > 0)
-            visible.append({ names.value(i), curve, shownCurveColour(plot, static_cast<int>(i), curve.color) });
+            visible.append({ names.value(i), curve, shownCurveColour(plot, static_cast<int>(i), curve.colour) });
     }
     if (visible.size() == 1)
         visible.first().name.clear();
@@ -56,7 +56,7 @@ QList<PlotSpectrum> spectraOfCurves(const MultiVectorGraphWidget& plot, const Pl
     QList<PlotSpectrum> spectra;
     for (const NamedCurve& visible : visibleCurves(plot)) {
         const SummedCurve& curve = visible.curve;
-        PlotSpectrum spectrum { visible.name, visible.color, wholeSums(PlotAccess::series(plot), curve), {} };
+        PlotSpectrum spectrum { visible.name, visible.colour, wholeSums(PlotAccess::series(plot), curve), {} };
         setAxis(spectrum, mapping, PlotAccess::positionToX(plot) != nullptr);
         spectra.append(std::move(spectrum));
     }

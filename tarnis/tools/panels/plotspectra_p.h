@@ -20,7 +20,7 @@ namespace tarnis {
 /// with the plot.
 struct PlotSpectrum {
     QString name; ///< name of the curve; empty if the plot has only one
-    QColor color;
+    QColor colour;
     QList<double> contents;
     std::shared_ptr<const std::vector<double>> edges; ///< edges of unequal bins; null: equal bins
     double firstCentre = 0.0;

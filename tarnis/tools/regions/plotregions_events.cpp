@@ -68,12 +68,12 @@ QPolygonF outlineOf(const PlotRegion& region, const PlotMapping& mapping)
 }
 
 void paintRegion(
-    QPainter& painter, const PlotRegion& region, const PlotMapping& mapping, const QColor& color, bool isClosed)
+    QPainter& painter, const PlotRegion& region, const PlotMapping& mapping, const QColor& colour, bool isClosed)
 {
     const QPolygonF outline = outlineOf(region, mapping);
     if (outline.isEmpty())
         return;
-    QColor fill = color;
+    QColor fill = colour;
     fill.setAlpha(36);
     painter.setPen(QPen(QColor(0, 0, 0, 140), 3.0));
     painter.setBrush(isClosed ? QBrush(fill) : QBrush(Qt::NoBrush));
@@ -81,7 +81,7 @@ void paintRegion(
         painter.drawPolygon(outline);
     else
         painter.drawPolyline(outline);
-    painter.setPen(QPen(color, 1.2));
+    painter.setPen(QPen(colour, 1.2));
     painter.setBrush(Qt::NoBrush);
     if (isClosed)
         painter.drawPolygon(outline);

@@ -118,7 +118,7 @@ std::vector<RegionRow> regionRows(
         for (qsizetype k = 0; k < spectra.size(); ++k) {
             RegionRow row = begunRow(regions, i);
             row.curve = spectra.at(k).name;
-            row.color = spectra.at(k).color;
+            row.colour = spectra.at(k).colour;
             readStatistics(row, regionStatistics(spectra.at(k).data(), box.left(), box.right(), regionOptions),
                 totals[static_cast<std::size_t>(k)]);
             if (options.calibration.isValid() && !std::isnan(row.centroid.value)) {
@@ -170,7 +170,7 @@ std::vector<RegionRow> regionRows(
                 others.push_back(bins[static_cast<std::size_t>(k)]);
         }
         RegionRow row = begunRow(regions, i);
-        row.color = Qt::white;
+        row.colour = Qt::white;
         readStatistics(
             row, mapRegionStatistics(map.data, bins[static_cast<std::size_t>(i)], mapOptions, others), map.data, total);
         rows.push_back(std::move(row));
@@ -184,7 +184,7 @@ bool isSameRow(const RegionRow& a, const RegionRow& b)
     const auto left = numbersOf(a);
     const auto right = numbersOf(b);
     return std::equal(left.begin(), left.end(), right.begin(), isSameNumber) && a.region == b.region && a.bins == b.bins
-        && a.isSignificant == b.isSignificant && a.name == b.name && a.curve == b.curve && a.color == b.color
+        && a.isSignificant == b.isSignificant && a.name == b.name && a.curve == b.curve && a.colour == b.colour
         && a.fault == b.fault && a.note == b.note;
 }
 

@@ -26,7 +26,7 @@ struct RegionRow {
     int region = 0; ///< index in the list of regions
     QString name; ///< name of the region
     QString curve; ///< name of the curve; empty if there is only one
-    QColor color;
+    QColor colour;
     QRectF limits; ///< snapped to bins for curves, as drawn for maps
     QString fault; ///< why there are no numbers, for the user; else empty
     QString note; ///< a remark for the user

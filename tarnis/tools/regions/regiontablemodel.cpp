@@ -195,7 +195,7 @@ QVariant RegionTableModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         return row.fault.isEmpty() ? row.note : row.fault;
     case Qt::DecorationRole:
-        return index.column() == Curve && !row.curve.isEmpty() ? QVariant(row.color) : QVariant();
+        return index.column() == Curve && !row.curve.isEmpty() ? QVariant(row.colour) : QVariant();
     case Qt::TextAlignmentRole:
         return index.column() > Curve ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     default:

@@ -113,7 +113,7 @@ double topOfBars(XYGraphWidget& plot, const ErrorBars& bars, const QList<StyledC
 
 StyledCurve styledCurve(const QList<Series>& series, const SummedCurve& curve, int number, const CurvePlaces& places)
 {
-    StyledCurve shown { number, curve.color, places.visible(lengthOf(series, curve), 1), {}, nullptr };
+    StyledCurve shown { number, curve.colour, places.visible(lengthOf(series, curve), 1), {}, nullptr };
     if (curve.records.size() > 1)
         shown.sums = sumsOf(series, curve, shown.range);
     else

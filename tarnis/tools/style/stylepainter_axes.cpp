@@ -30,12 +30,12 @@ double smallestStep(AxisRange range, int decimals)
     return decimals == 0 && std::abs(range.max - range.min) >= spanOfWholes ? 1.0 : 0.0;
 }
 
-void fillPixels(QPainter& painter, const QRect& rect, const QColor& color)
+void fillPixels(QPainter& painter, const QRect& rect, const QColor& colour)
 {
     if (const auto pixels = DevicePixels::of(painter))
-        pixels->fill(painter, rect, color);
+        pixels->fill(painter, rect, colour);
     else
-        painter.fillRect(rect, color);
+        painter.fillRect(rect, colour);
 }
 
 } // namespace
@@ -127,27 +127,27 @@ StylePainter::Axis StylePainter::axisY(const QRect& graph, const Scale& scale)
 
 void StylePainter::paintAxes(QPainter& painter, const QRect& graph, const Scale& scale, const Axis& x, const Axis& y)
 {
-    const QColor color = theme().axis;
+    const QColor colour = theme().axis;
     const int thick = scale.thickness;
     const int below = graph.bottom() + 1;
     const int beside = graph.left() - thick;
     // Outside of the plot rectangle, so that nothing hides the first bins.
-    fillPixels(painter, QRect(beside, below, graph.width() + thick, thick), color);
-    fillPixels(painter, QRect(beside, graph.top(), thick, graph.height()), color);
+    fillPixels(painter, QRect(beside, below, graph.width() + thick, thick), colour);
+    fillPixels(painter, QRect(beside, graph.top(), thick, graph.height()), colour);
     if (theme().isBoxed) {
-        fillPixels(painter, QRect(beside, graph.top() - thick, graph.width() + 2 * thick, thick), color);
-        fillPixels(painter, QRect(graph.right() + 1, graph.top() - thick, thick, graph.height() + 2 * thick), color);
+        fillPixels(painter, QRect(beside, graph.top() - thick, graph.width() + 2 * thick, thick), colour);
+        fillPixels(painter, QRect(graph.right() + 1, graph.top() - thick, thick, graph.height() + 2 * thick), colour);
     }
     const auto columnOf = [&](double position) { return truncateToPixel(std::floor(position)) - (thick - 1) / 2; };
     const auto drawColumn = [&](double position, int length) {
         const int column = columnOf(position);
         if (column >= beside && column <= graph.right() + 1)
-            fillPixels(painter, QRect(column, below, thick, thick + length), color);
+            fillPixels(painter, QRect(column, below, thick, thick + length), colour);
     };
     const auto drawRow = [&](double position, int length) {
         const int row = columnOf(position);
         if (row >= graph.top() - thick && row <= below)
-            fillPixels(painter, QRect(beside - length, row, thick + length, thick), color);
+            fillPixels(painter, QRect(beside - length, row, thick + length, thick), colour);
     };
     for (const double minor : x.minor)
         drawColumn(minor, scale.tick / 2);
@@ -170,15 +170,15 @@ void StylePainter::paintGrid(QPainter& painter, const QRect& graph)
 {
     if (!options.grid)
         return;
-    QColor color = theme().grid;
+    QColor colour = theme().grid;
     if (qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr) {
-        color = QColor(128, 128, 128); // over bins of any colour
-        color.setAlpha(70);
+        colour = QColor(128, 128, 128); // over bins of any colour
+        colour.setAlpha(70);
     }
     for (const int column : std::as_const(m_columns))
-        fillPixels(painter, QRect(column, graph.top(), 1, graph.height()), color);
+        fillPixels(painter, QRect(column, graph.top(), 1, graph.height()), colour);
     for (const int row : std::as_const(m_rows))
-        fillPixels(painter, QRect(graph.left(), row, graph.width(), 1), color);
+        fillPixels(painter, QRect(graph.left(), row, graph.width(), 1), colour);
 }
 
 } // namespace tarnis

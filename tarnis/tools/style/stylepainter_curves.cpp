@@ -159,7 +159,7 @@ void StylePainter::paintCurves(QPainter& painter, const QRect& graph)
     QList<SmoothCurve> curves;
     for (const StyledCurve& curve : shown)
         curves.append(
-            { curve.run(), curve.range, shape(), width, base, curveColour(curve.number, curve.color).rgba() });
+            { curve.run(), curve.range, shape(), width, base, curveColour(curve.number, curve.colour).rgba() });
     painter.save();
     if (onDevice > 0.0) {
         m_coverage.begin(QSize(int(std::ceil(graph.width() * scale)), int(std::ceil(graph.height() * scale))));
@@ -181,16 +181,16 @@ void StylePainter::strokeCurves(QPainter& painter, const QRect& graph, const QLi
     for (const SmoothCurve& curve : curves) {
         const QList<QPolygonF> parts =
             Outline(curve, columns, rows, device != nullptr ? device->finest() : screenFinest).lines();
-        QColor color = QColor::fromRgba(curve.color);
+        QColor colour = QColor::fromRgba(curve.colour);
         if (curve.shape == CurveShape::Columns) {
-            color.setAlphaF(float(fillAlpha));
-            painter.fillPath(areaUnder(parts, curve.base), color);
-            color.setAlpha(255);
+            colour.setAlphaF(float(fillAlpha));
+            painter.fillPath(areaUnder(parts, curve.base), colour);
+            colour.setAlpha(255);
         }
         const bool isPoints = curve.shape == CurveShape::Points;
-        painter.setBrush(isPoints ? QBrush(color) : QBrush(Qt::NoBrush));
+        painter.setBrush(isPoints ? QBrush(colour) : QBrush(Qt::NoBrush));
         painter.setPen(
-            isPoints ? QPen(Qt::NoPen) : QPen(color, curve.width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+            isPoints ? QPen(Qt::NoPen) : QPen(colour, curve.width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
         for (const QPolygonF& part : parts) {
             if (!isPoints)
                 painter.drawPolyline(part);

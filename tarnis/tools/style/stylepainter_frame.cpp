@@ -108,7 +108,7 @@ StylePainter::Legend StylePainter::legendOf(int width, int maxRows, const Scale&
         if (!curves.at(i).enable || lengthOf(series, curves.at(i)) == 0)
             continue;
         const QString name = metrics.elidedText(names.value(i), Qt::ElideRight, width / 2);
-        entries.append({ curveColour(i, curves.at(i).color), name,
+        entries.append({ curveColour(i, curves.at(i).colour), name,
             metrics.horizontalAdvance(name) + 2 * scale.line + 2 * scale.pad });
     }
     if (entries.size() < 2)
@@ -288,9 +288,9 @@ void StylePainter::paintLegend(QPainter& painter, const QRect& graph, const Scal
     for (const QList<Entry>& row : legend.rows) {
         int left = graph.left();
         for (const Entry& entry : row) {
-            const bool isCurve = entry.color.isValid();
+            const bool isCurve = entry.colour.isValid();
             if (isCurve)
-                painter.fillRect(left, top + (scale.line - thick) / 2, 3 * scale.line / 2, thick, entry.color);
+                painter.fillRect(left, top + (scale.line - thick) / 2, 3 * scale.line / 2, thick, entry.colour);
             painter.setPen(theme().text);
             const int indent = isCurve ? 3 * scale.line / 2 + scale.pad : 0;
             painter.drawText(QRect(left + indent, top, graph.right() - left - indent + scale.line, scale.line),

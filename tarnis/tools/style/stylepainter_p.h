@@ -30,7 +30,7 @@ struct StyleOptions {
 /// An enabled curve of the plot, with the visible samples and one more on each side.
 struct StyledCurve {
     int number = 0; ///< index among the curves of the plot's current type
-    QColor color; ///< classic colour
+    QColor colour; ///< classic colour
     SampleRange range;
     QList<double> values; ///< all samples of a curve that is not a sum
     std::shared_ptr<double[]> sums; ///< sums over the range, for a curve that is a sum
@@ -115,7 +115,7 @@ private:
         int widest = 0;
     };
     struct Entry { // of the legend
-        QColor color;
+        QColor colour;
         QString name;
         int width = 0;
     };
