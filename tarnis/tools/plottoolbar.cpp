@@ -41,6 +41,20 @@ void drawMove(QPainter& painter, const IconInk& ink)
     }
 }
 
+/// Two arrow heads, narrow enough for the extension button of a bar.
+void drawMore(QPainter& painter, const IconInk& /*ink*/)
+{
+    for (const double column : { 5.0, 8.5 })
+        painter.drawPolyline(QPolygonF { { column, 4.5 }, { column + 2.5, 8.0 }, { column, 11.5 } });
+}
+
+void drawMoreBelow(QPainter& painter, const IconInk& ink)
+{
+    painter.translate(16.0, 0.0);
+    painter.rotate(90.0);
+    drawMore(painter, ink);
+}
+
 /// Mirrors an action of the plot's own menu, with another icon and text. Both always have the same state.
 class MirrorAction : public ToolAction {
 public:
@@ -80,6 +94,8 @@ PlotToolBar::PlotToolBar(XYGraphWidget* plot, QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
     m_menu->setToolTipsVisible(true);
     nameBar();
+    drawExtension();
+    connect(this, &QToolBar::orientationChanged, this, &PlotToolBar::drawExtension); // after the button's own change
     if (plot == nullptr) {
         qCWarning(TARNIS_TRACE_CATEGORY(), "PlotToolBar: a tool bar without a plot stays empty");
         return;
@@ -165,13 +181,25 @@ void PlotToolBar::collect()
     chooseTabStop();
 }
 
+/// Of a bar that is too short for all buttons.
+QToolButton* PlotToolBar::extensionButton() const
+{
+    return findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"));
+}
+
+/// The style's own icon is black, also on a dark bar.
+void PlotToolBar::drawExtension()
+{
+    if (QToolButton* const more = extensionButton())
+        more->setIcon(drawnIcon(orientation() == Qt::Horizontal ? drawMore : drawMoreBelow));
+}
+
 void PlotToolBar::nameBar()
 {
     setWindowTitle(tr("Tools of the Plot"));
     setAccessibleName(windowTitle());
     m_menu->setTitle(tr("&Plot"));
-    if (auto* const more = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"))) { // the extension button
-                                                                                               // of a short bar
+    if (QToolButton* const more = extensionButton()) {
         more->setAccessibleName(tr("More Tools"));
         more->setToolTip(tr("More Tools"));
     }

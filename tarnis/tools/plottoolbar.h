@@ -9,6 +9,7 @@
 
 QT_BEGIN_NAMESPACE
 class QMenu;
+class QToolButton;
 QT_END_NAMESPACE
 class XYGraphWidget;
 
@@ -44,6 +45,8 @@ private:
     TARNIS_NO_EXPORT void follow(InteractiveTool& tool);
     TARNIS_NO_EXPORT void collectLater();
     TARNIS_NO_EXPORT void collect();
+    TARNIS_NO_EXPORT QToolButton* extensionButton() const;
+    TARNIS_NO_EXPORT void drawExtension();
     TARNIS_NO_EXPORT void nameBar();
     TARNIS_NO_EXPORT void separateHost();
     TARNIS_NO_EXPORT QList<QWidget*> buttons() const;

@@ -10,9 +10,12 @@
 #include <tarnis/tools/plottoolbar.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QTest>
 #include <QToolButton>
+
+#include <algorithm>
 
 using namespace tarnis;
 
@@ -216,6 +219,35 @@ private Q_SLOTS:
         QCOMPARE(shown, 1);
         QTest::keyClick(m_bar->widgetForAction(choose), Qt::Key_Space);
         QCOMPARE(shown, 2);
+    }
+
+    void theExtensionIsReadableOnDarkBars()
+    {
+        const QPalette light = QApplication::palette();
+        QApplication::setPalette(QPalette(QColor(45, 45, 45)));
+        new PlotNavigator(m_plot.get());
+        TRY_VERIFY(actionOf(*m_bar, QStringLiteral("grid")) != nullptr);
+        m_bar->resize(120, 30);
+        m_bar->show();
+        const auto contrast = [this] {
+            const QImage button =
+                m_bar->findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"))->grab().toImage();
+            int lightest = 0;
+            int darkest = 255;
+            for (int y = 3; y < button.height() - 3; ++y) {
+                for (int x = 3; x < button.width() - 3; ++x) {
+                    lightest = std::max(lightest, button.pixelColor(x, y).lightness());
+                    darkest = std::min(darkest, button.pixelColor(x, y).lightness());
+                }
+            }
+            return lightest - darkest;
+        };
+        const int horizontal = contrast();
+        m_bar->setOrientation(Qt::Vertical);
+        m_bar->resize(30, 120);
+        const int vertical = contrast();
+        QApplication::setPalette(light);
+        QVERIFY2(horizontal > 100 && vertical > 100, qPrintable(QStringLiteral("%1 %2").arg(horizontal).arg(vertical)));
     }
 
     void outlivesThePlot()
