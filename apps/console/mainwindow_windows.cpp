@@ -123,8 +123,11 @@ bool MainWindow::reopenWindow(const QString& id)
         return true;
     }
     for (const WindowEntry& entry : std::as_const(m_entries)) {
-        if (entry.id == id)
-            return openWindow(entry) != nullptr;
+        if (entry.id != id)
+            continue;
+        // A window that opens before the list is replaced when the list arrives, and loses its view.
+        const bool isEarly = !entry.histogram.isEmpty() && m_histograms->isAwaited();
+        return !isEarly && openWindow(entry) != nullptr;
     }
     return true; // from another version: dropped
 }

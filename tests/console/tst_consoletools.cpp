@@ -115,6 +115,29 @@ private Q_SLOTS:
         QCOMPARE(rangeX(*plot), whole);
     }
 
+    void viewsComeBackAtTheNextStart()
+    {
+        HistogramServer server;
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "image"));
+        XY2DGraphWidget& before = *fixture.open<Graph2DDialog>("map")->getGraphWidget();
+        TRY_VERIFY(before.getMaxValue() > 0.0);
+        before.findChild<tarnis::LineProfile*>()->setOn(true);
+        fixture.choose("quitAction");
+        TRY_VERIFY(!fixture.window->isVisible());
+
+        fixture.window = nullptr;
+        fixture.window = std::make_unique<MainWindow>(fixture.store);
+        fixture.window->statusPoller().setInterval(0);
+        fixture.window->show();
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "image"));
+        const auto* const after = fixture.window->findChild<XY2DGraphWidget*>();
+        QVERIFY(after);
+        QVERIFY(after->findChild<tarnis::LineProfile*>()->isOn());
+    }
+
     void aViewThatTheAxisDoesNotReachIsNotShown()
     {
         HistogramServer server;

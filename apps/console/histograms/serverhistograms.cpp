@@ -14,13 +14,19 @@ ServerHistograms::ServerHistograms(ServerController& controller)
     , m_channel(new CommandChannel(controller, QStringLiteral("hists"), this))
 {
     connect(m_channel, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
+        m_isAwaited = false;
         read(QString::fromUtf8(reply));
+        if (!m_list)
+            Q_EMIT changed(); // refused
         // Requested only once, so the connection is no longer needed. Queued, because this is called in its own signal.
         QMetaObject::invokeMethod(m_channel, &CommandChannel::drop, Qt::QueuedConnection);
     });
     connect(m_channel, &CommandChannel::failed, this, [this] {
-        if (m_isUp && !std::exchange(m_isAskedAgain, true))
+        if (m_isUp && !std::exchange(m_isAskedAgain, true)) {
             m_retryTimer.start(m_retryMs);
+        } else if (std::exchange(m_isAwaited, false)) {
+            Q_EMIT changed();
+        }
     });
     m_retryTimer.setSingleShot(true);
     connect(&m_retryTimer, &QTimer::timeout, this, &ServerHistograms::ask);
@@ -39,6 +45,7 @@ void ServerHistograms::onServerState()
     m_channel->drop();
     m_retryTimer.stop();
     m_isAskedAgain = false;
+    m_isAwaited = isUp;
     setList(std::nullopt);
     if (isUp)
         ask();

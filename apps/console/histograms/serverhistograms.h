@@ -28,6 +28,8 @@ public:
     /// Why there is no such histogram, as a text for users; empty if it exists, if this is unknown, and for an empty
     /// name.
     QString refusal(const QString& name) const;
+    /// True from the connection on until the server has answered or the request has failed for good.
+    bool isAwaited() const { return m_isAwaited; }
     /// Reads the list from a reply to `hists` requested elsewhere. Ignores refusals, and lists while there is no
     /// server.
     void read(const QString& reply);
@@ -47,6 +49,7 @@ protected:
     std::optional<QList<HistogramInfo>> m_list;
     QTimer m_retryTimer;
     bool m_isAskedAgain = false; ///< repeated for this server
+    bool m_isAwaited = false;
     bool m_isUp = false; ///< whether the server was up at the last check
 };
 
