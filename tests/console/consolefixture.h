@@ -6,8 +6,8 @@
 #include "notices/alertbar.h"
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
+#include "support/children.h"
 #include "support/fakeserver.h"
-#include "support/part.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 

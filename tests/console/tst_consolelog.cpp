@@ -2,7 +2,7 @@
 #include "app/language.h"
 #include "log/logtail.h"
 #include "log/logwindow.h"
-#include "support/part.h"
+#include "support/children.h"
 #include "support/wait.h"
 
 #include <QCheckBox>

@@ -1,5 +1,5 @@
 // Sessions of the console itself: the probe of a server, and the command channel.
-#include "console/servercontrol.h"
+#include "console/controllerfixture.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"

@@ -1,6 +1,6 @@
 // Connecting to the server and losing it: the probe, the command channel and the server controller, with a scripted
 // server and with well-behaved and misbehaving local programs.
-#include "console/servercontrol.h"
+#include "console/controllerfixture.h"
 #include "server/commandchannel.h"
 #include "server/servercontroller.h"
 #include "server/serverprobe.h"

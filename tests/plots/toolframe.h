@@ -1,7 +1,7 @@
 // A plot frame on the screen that records what the mouse tools do, and the mouse on it.
 #pragma once
 
-#include "plots/shownframe.h"
+#include "plots/visibleframe.h"
 #include "support/plotmouse.h"
 
 #include <QMouseEvent>

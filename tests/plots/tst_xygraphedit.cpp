@@ -1,5 +1,5 @@
 // The editors of the axis ends: in place on the labels and as dialogs, in both directions.
-#include "plots/shownframe.h"
+#include "plots/visibleframe.h"
 #include "support/cases.h"
 #include "support/modalwatchdog.h"
 #include "support/plotmouse.h"

@@ -1,8 +1,8 @@
 // A plot with accessible protected state, for comparison with the frame's oracle.
 #pragma once
 
+#include "support/children.h"
 #include "support/frameoracle.h"
-#include "support/part.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // Menus by keyboard, on a platform that gives the focus to menus and closes those that open behind another one.
 #pragma once
 
-#include "support/part.h"
+#include "support/children.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -3,7 +3,7 @@
 
 #include "support/plotmouse.h"
 #include "support/randomcases.h"
-#include "support/shownplot.h"
+#include "support/visibleplot.h"
 
 #include <tarnis/plots/xy2dgraphwidget.h>
 

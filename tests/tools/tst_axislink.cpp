@@ -1,6 +1,6 @@
 // Axes that share a range: no loops, one repaint, plots that come and go.
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

@@ -2,8 +2,8 @@
 // pixel for each of the plot's.
 #include "support/cases.h"
 #include "support/randomcases.h"
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>

@@ -1,8 +1,8 @@
 // Error bars: their ends in data terms, bands, sums, logarithmic axes, live data.
 #include "support/pictures.h"
 #include "support/randomcases.h"
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>

@@ -1,7 +1,7 @@
 // Tools that move repaint only what changes: the screen then shows the pixels of a complete repaint.
 #include "support/randomcases.h"
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>

@@ -1,8 +1,8 @@
 // The cross and its read-out: bins, sums, empty bins, places outside of the data, live data, pin and copy.
 #include "support/cases.h"
 #include "support/pictures.h"
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 #include "tools/samples.h"
 
 #include <tarnis/plots/curvenames.h>

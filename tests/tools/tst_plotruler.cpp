@@ -3,8 +3,8 @@
 #include "support/pictures.h"
 #include "support/plotmouse.h"
 #include "support/randomcases.h"
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 #include "tools/samples.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

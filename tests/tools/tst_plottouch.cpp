@@ -1,6 +1,6 @@
 // Fingers on a touch screen, as the window system sends them: one acts as the mouse, two move and zoom.
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>

@@ -1,8 +1,8 @@
 // Reference curves: freezing, files, runs, comparison, the strip, live data and stored views.
 #include "support/pictures.h"
 #include "support/randomcases.h"
-#include "support/shownplot.h"
 #include "support/support.h"
+#include "support/visibleplot.h"
 
 #include <tarnis/formats/formats.h>
 #include <tarnis/plots/curvenames.h>
