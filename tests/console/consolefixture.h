@@ -101,7 +101,7 @@ public:
     void choose(const char* action) { widget<QAction>(action).trigger(); }
 
     // What is visible to the user.
-    template <typename Object> Object& widget(const char* name) { return part<Object>(*window, name); }
+    template <typename Object> Object& widget(const char* name) { return child<Object>(*window, name); }
     /// Opens the window of this entry; null if it is not of that class or cannot be opened.
     template <typename Window> Window* open(const char* id) { return qobject_cast<Window*>(find(id)); }
     /// The same, which must open.

@@ -17,11 +17,11 @@ inline console::ServerChoice remote(quint16 port, const QString& host = Scripted
 }
 
 /// A controller with short timeouts, and its alerts.
-struct Control {
+struct ControllerFixture {
     console::ServerController controller;
     QList<console::Alert> alerts;
 
-    Control()
+    ControllerFixture()
     {
         controller.m_endTimeoutMs = 50;
         QObject::connect(&controller, &console::ServerController::alert, &controller,

@@ -50,7 +50,7 @@ struct OpenList {
     {
         return *chooser->findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok);
     }
-    void press(const char* name) const { tarnis::testing::press(part<QPushButton>(*chooser, name)); }
+    void press(const char* name) const { tarnis::testing::press(child<QPushButton>(*chooser, name)); }
     void accept() const { tarnis::testing::press(ok()); }
     /// True if only the second histogram is opened.
     bool opensTheMap() const

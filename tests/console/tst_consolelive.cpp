@@ -217,7 +217,7 @@ private Q_SLOTS:
         auto* const curves = qobject_cast<LiveCurves*>(window);
         auto* const map = qobject_cast<LiveMap*>(window);
         (curves ? curves->recovery() : map->recovery()).m_retryMs = INT_MAX; // only the user tries again
-        auto& autoUpdate = part<QCheckBox>(*window, "autoUpdateCheckBox");
+        auto& autoUpdate = child<QCheckBox>(*window, "autoUpdateCheckBox");
         autoUpdate.setChecked(isAuto);
         for (int attempt = 1; attempt <= 2; ++attempt) {
             TRY_COMPARE(answered.size(), attempt);
@@ -227,7 +227,7 @@ private Q_SLOTS:
             QVERIFY(!autoUpdate.isEnabled());
             QCOMPARE(fixture.window->controller().state(), ServerState::Up);
             QVERIFY2(fixture.alert().text.isEmpty(), qPrintable(fixture.alert().text));
-            press(part<QPushButton>(*window, "updatePushButton"));
+            press(child<QPushButton>(*window, "updatePushButton"));
         }
         TRY_VERIFY((curves ? curves->getGraphWidget()->hasData() : map->getGraphWidget()->getMaxValue() > 0.0));
         TRY_VERIFY(LiveWindows::infoOf(*window).isEmpty());

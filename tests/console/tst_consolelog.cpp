@@ -86,7 +86,7 @@ public:
         window.resize(600, 300);
         window.show();
     }
-    template <typename Object> Object& widget(const char* name) { return tarnis::testing::part<Object>(window, name); }
+    template <typename Object> Object& widget(const char* name) { return tarnis::testing::child<Object>(window, name); }
     QPlainTextEdit& view() { return widget<QPlainTextEdit>("view"); }
     QScrollBar& bar() { return *view().verticalScrollBar(); }
     QString text() { return view().toPlainText(); }

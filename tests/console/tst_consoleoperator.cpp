@@ -55,11 +55,11 @@ struct Modules {
     }
     void aim(ModulesWindow::Target target, const QString& modules, const QString& command) const
     {
-        part<QComboBox>(*window, "targetBox").setCurrentIndex(int(target));
-        part<QLineEdit>(*window, "modulesEdit").setText(modules);
-        part<QComboBox>(*window, "commandBox").setEditText(command);
+        child<QComboBox>(*window, "targetBox").setCurrentIndex(int(target));
+        child<QLineEdit>(*window, "modulesEdit").setText(modules);
+        child<QComboBox>(*window, "commandBox").setEditText(command);
     }
-    QPushButton& sendButton() const { return part<QPushButton>(*window, "sendButton"); }
+    QPushButton& sendButton() const { return child<QPushButton>(*window, "sendButton"); }
     void send(ModulesWindow::Target target, const QString& modules, const QString& command) const
     {
         aim(target, modules, command);
@@ -67,9 +67,9 @@ struct Modules {
     }
     bool isAnswered() const
     {
-        return eventually([&] { return !part<QPushButton>(*window, "giveUpButton").isEnabled(); });
+        return eventually([&] { return !child<QPushButton>(*window, "giveUpButton").isEnabled(); });
     }
-    QString state() const { return part<QLabel>(*window, "stateLabel").text(); }
+    QString state() const { return child<QLabel>(*window, "stateLabel").text(); }
     Row row(int number) const { return cells(window->table(), number); }
 
     ConsoleFixture fixture;
@@ -138,17 +138,17 @@ private Q_SLOTS:
         QVERIFY(window);
         TRY_COMPARE(window->table()->rowCount(), 2);
         server.answer("stat", { Step::text("OK:\nevents: 20\nstate: RUNNING\n") });
-        press(part<QPushButton>(*window, "refreshButton"));
+        press(child<QPushButton>(*window, "refreshButton"));
         TRY_COMPARE(cells(window->table(), 0), (Row { "events", "20", "12", "+8" }));
         QCOMPARE(cells(window->table(), 1), (Row { "state", "RUNNING", "RUNNING", "" }));
-        QVERIFY(part<QLabel>(*window, "stateLabel").text().startsWith(u"2 values, 1 of them changed"));
+        QVERIFY(child<QLabel>(*window, "stateLabel").text().startsWith(u"2 values, 1 of them changed"));
 
-        part<QLineEdit>(*window, "filterEdit").setText(QStringLiteral("eve"));
+        child<QLineEdit>(*window, "filterEdit").setText(QStringLiteral("eve"));
         QCOMPARE(window->table()->rowCount(), 1);
         const QTemporaryDir directory;
         const QString path = directory.filePath(QStringLiteral("snapshot.csv"));
         ModalWatchdog watchdog({ acceptFile(path) });
-        press(*part<QDialogButtonBox>(*window, "buttonBox").button(QDialogButtonBox::Save));
+        press(*child<QDialogButtonBox>(*window, "buttonBox").button(QDialogButtonBox::Save));
         QVERIFY(watchdog.isContent());
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -163,8 +163,8 @@ private Q_SLOTS:
         auto* const window = fixture.open<NameValueListDialog>("setting-snapshot");
         TRY_COMPARE(window->table()->rowCount(), 1);
         server.answer("setting", { Step::text("NG:not now\n") });
-        press(part<QPushButton>(*window, "refreshButton"));
-        TRY_COMPARE(part<QLabel>(*window, "stateLabel").text(), QStringLiteral("NG:not now"));
+        press(child<QPushButton>(*window, "refreshButton"));
+        TRY_COMPARE(child<QLabel>(*window, "stateLabel").text(), QStringLiteral("NG:not now"));
         QCOMPARE(window->table()->rowCount(), 1);
     }
 
@@ -272,7 +272,7 @@ private Q_SLOTS:
         QVERIFY(modules.sendButton().toolTip().contains(u"several modules"));
         modules.aim(ModulesWindow::Target::All, QString(), QStringLiteral("  "));
         QVERIFY(modules.sendButton().toolTip().contains(u"Type a command"));
-        QVERIFY(!part<QLineEdit>(*modules.window, "modulesEdit").isEnabled());
+        QVERIFY(!child<QLineEdit>(*modules.window, "modulesEdit").isEnabled());
         modules.aim(ModulesWindow::Target::Several, QStringLiteral("1 2"), QStringLiteral("stat"));
         QVERIFY(modules.sendButton().isEnabled());
         QVERIFY(modules.sendButton().toolTip().contains(u"unicast 1 stat"));
@@ -288,7 +288,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("unicast 2 stat"));
         TRY_COMPARE(modules.row(0), (Row { "module 1", "done", "OFF" }));
         QCOMPARE(modules.row(2).at(1), QStringLiteral("waiting..."));
-        press(part<QPushButton>(*modules.window, "giveUpButton"));
+        press(child<QPushButton>(*modules.window, "giveUpButton"));
         QCOMPARE(modules.row(0).at(1), QStringLiteral("done"));
         QCOMPARE(modules.row(1).at(1), QStringLiteral("given up"));
         QCOMPARE(modules.row(2).at(1), QStringLiteral("given up"));
@@ -338,8 +338,8 @@ private Q_SLOTS:
         double largest = 0.0;
         QVERIFY(plot->getMinMaxY(least, largest));
         QVERIFY(largest >= 600.0 && largest < 1000.0);
-        QVERIFY(part<QLabel>(*window, "infoLabel").text().startsWith(u"600 /s now"));
-        press(part<QPushButton>(*window, "clearButton"));
+        QVERIFY(child<QLabel>(*window, "infoLabel").text().startsWith(u"600 /s now"));
+        press(child<QPushButton>(*window, "clearButton"));
         QCOMPARE(window->count(), 0);
         TRY_VERIFY(window->count() >= 1);
     }
@@ -363,7 +363,7 @@ private Q_SLOTS:
         server.answer("stat", { Step::text("OK:\nevents: 4\n") });
         ConsoleFixture fixture(server);
         auto* const window = fixture.open<RateWindow>("rate");
-        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"reports no rate"));
+        TRY_VERIFY(child<QLabel>(*window, "infoLabel").text().contains(u"reports no rate"));
     }
 
     void continuesTheCurveWhenTheServerIsBack()
@@ -374,7 +374,7 @@ private Q_SLOTS:
         auto* const window = fixture.open<RateWindow>("rate");
         TRY_COMPARE(window->count(), 1);
         fixture.window->controller().stop();
-        TRY_VERIFY(part<QLabel>(*window, "infoLabel").text().contains(u"continues when"));
+        TRY_VERIFY(child<QLabel>(*window, "infoLabel").text().contains(u"continues when"));
         const qsizetype before = window->count();
         fixture.use(server);
         TRY_VERIFY(window->count() > before);

@@ -109,7 +109,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("a", { Step::text("first") });
         server.answer("b", { Step::doubles({ 1.0 }, "second") });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
@@ -129,7 +129,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole") } });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
@@ -151,7 +151,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("hist1d x", { Step::text("NG:unknown histogram\n") });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
@@ -168,7 +168,7 @@ private Q_SLOTS:
     void theChannelReconnectsAfterAnIdleLoss()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
@@ -192,7 +192,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("a", { Step::hold("gate"), Step::text("late") });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         CommandChannel link(control.controller, QStringLiteral("test"), nullptr);

@@ -34,7 +34,7 @@ struct OpenRuns {
         : window(&fixture.opened<RunsWindow>("runs"))
     {
     }
-    template <typename Object> Object& widget(const char* name) const { return part<Object>(*window, name); }
+    template <typename Object> Object& widget(const char* name) const { return child<Object>(*window, name); }
     QStringList names() const
     {
         const QAbstractItemModel& model = *widget<QTableView>("table").model();

@@ -37,7 +37,7 @@ private Q_SLOTS:
     void connectsToARemoteServerAndLeavesIt()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
@@ -51,7 +51,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nstate: RUNNING\n") });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         TRY_COMPARE(control.controller.status(), Tarnis::RUNNING);
@@ -69,7 +69,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, host);
         QFETCH(QString, text);
-        Control control;
+        ControllerFixture control;
         control.start(remote(ScriptedServer::closedPort(), host));
         QVERIFY(control.reaches(ServerState::Failed));
         // A server that was never reached may have another address.
@@ -82,7 +82,7 @@ private Q_SLOTS:
     void reportsAWrongPrompt()
     {
         ScriptedServer server({ Step::raw("login: "), Step::silence() });
-        Control control;
+        ControllerFixture control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(remote(server.port()));
         QVERIFY2(control.reports("prompt", AlertAction::ChooseServer), qPrintable(control.lastText()));
@@ -92,7 +92,7 @@ private Q_SLOTS:
     {
         ScriptedServer server({ Step::raw("login: "), Step::silence() });
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        Control control;
+        ControllerFixture control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(local(program));
         QVERIFY2(
@@ -103,7 +103,7 @@ private Q_SLOTS:
     void aKnownServerThatIsNotThereKeepsItsAddress()
     {
         const ServerChoice choice = remote(ScriptedServer::closedPort());
-        Control control;
+        ControllerFixture control;
         control.controller.setKnown(choice);
         control.start(choice);
         QVERIFY2(control.reports("connect again", AlertAction::ConnectAgain), qPrintable(control.lastText()));
@@ -112,7 +112,7 @@ private Q_SLOTS:
     void aServerThatGreetsNoMoreHasTheRightPrompt()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.controller.m_probeTimeoutMs = 200;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
@@ -125,7 +125,7 @@ private Q_SLOTS:
     void aServerWithoutRoomStatesItsReason()
     {
         ScriptedServer server({ Step::raw("NG:too many clients\n"), Step::drop() });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY2(control.reports("refuses the connection: too many clients.", AlertAction::ConnectAgain),
             qPrintable(control.lastText()));
@@ -134,7 +134,7 @@ private Q_SLOTS:
     void aCheckThatIsRefusedKeepsTheConnection()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         QSignalSpy answered(&control.controller, &ServerController::answered);
@@ -152,7 +152,7 @@ private Q_SLOTS:
     void aServerThatComesBackWithoutRoomIsTriedAgain()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.controller.m_probeTimeoutMs = 200;
         control.controller.m_againMs = 1;
         control.start(remote(server.port()));
@@ -173,7 +173,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         server.answer("a", { Step::drop() });
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
@@ -186,7 +186,7 @@ private Q_SLOTS:
     {
         ScriptedServer silent({ Step::silence() });
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.start(remote(silent.port()));
         QVERIFY(silent.waitForConnections(1));
         QCOMPARE(control.controller.state(), ServerState::Starting);
@@ -200,7 +200,7 @@ private Q_SLOTS:
     {
         auto server = std::make_unique<ScriptedServer>();
         const quint16 port = server->port();
-        Control control;
+        ControllerFixture control;
         control.start(remote(port));
         QVERIFY(control.reaches(ServerState::Up));
         server.reset();
@@ -218,7 +218,7 @@ private Q_SLOTS:
     void aCheckOfALivingServerChangesNothing()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         const int farewells = server.farewells();
@@ -231,7 +231,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        Control control;
+        ControllerFixture control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
         const qint64 processId = control.controller.tarnis().process()->processId();
@@ -247,7 +247,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        Control control;
+        ControllerFixture control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
         const qint64 processId = control.controller.tarnis().process()->processId();
@@ -269,7 +269,7 @@ private Q_SLOTS:
         QFETCH(QString, step);
         QFETCH(QString, text);
         const FakeServer program({ step });
-        Control control;
+        ControllerFixture control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Failed));
         QVERIFY2(control.reports(text, AlertAction::StartAgain), qPrintable(control.lastText()));
@@ -277,7 +277,7 @@ private Q_SLOTS:
 
     void reportsTheNameOfAMissingProgram()
     {
-        Control control;
+        ControllerFixture control;
         control.start({ ServerChoice::Kind::Local, QStringLiteral("/no/such/server"), {}, 0 });
         QCOMPARE(control.controller.state(), ServerState::Failed);
         QVERIFY(control.reports("/no/such/server", AlertAction::ChooseServer));
@@ -291,7 +291,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("#!/no/such/interpreter\n") > 0);
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
         file.close();
-        Control control;
+        ControllerFixture control;
         control.start({ ServerChoice::Kind::Local, path, {}, 0 });
         QCOMPARE(control.controller.state(), ServerState::Failed);
         QVERIFY2(control.reports(path, AlertAction::ChooseServer), qPrintable(control.lastText()));
@@ -308,7 +308,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, output);
         const FakeServer program({ output, QStringLiteral("await-end") });
-        Control control;
+        ControllerFixture control;
         control.controller.m_portTimeoutMs = 100;
         control.start(local(program));
         QVERIFY2(control.reports("port", AlertAction::Stop), qPrintable(control.lastText()));
@@ -323,7 +323,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         const FakeServer program(FakeServer::deaf(server.port()));
-        Control control;
+        ControllerFixture control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
         const qint64 processId = control.controller.tarnis().process()->processId();
@@ -340,7 +340,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
-        Control control;
+        ControllerFixture control;
         control.start(local(program));
         QVERIFY(control.reaches(ServerState::Up));
         control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
@@ -358,7 +358,7 @@ private Q_SLOTS:
     void aBusyServerIsNotShutDown()
     {
         ScriptedServer server;
-        Control control;
+        ControllerFixture control;
         control.start(remote(server.port()));
         QVERIFY(control.reaches(ServerState::Up));
         control.controller.tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
@@ -390,7 +390,7 @@ private Q_SLOTS:
         const FakeServer program(script.replace("%1", QString::number(server.port())).split(u';'));
         qint64 processId = 0;
         {
-            Control control;
+            ControllerFixture control;
             control.start(script.isEmpty() ? remote(server.port()) : local(program));
             if (state == ServerState::Stopping) {
                 QVERIFY(control.reaches(ServerState::Up));

@@ -35,7 +35,7 @@ struct OpenText {
         : window(&fixture.opened<ServerTextWindow>("server-text"))
     {
     }
-    template <typename Object> Object& widget(const char* name) const { return part<Object>(*window, name); }
+    template <typename Object> Object& widget(const char* name) const { return child<Object>(*window, name); }
     QPlainTextEdit& edit() const { return widget<QPlainTextEdit>("edit"); }
     QString state() const { return widget<QLabel>("stateLabel").text(); }
     QString path() const { return widget<QLabel>("pathLabel").text(); }
@@ -77,16 +77,16 @@ struct OpenText {
     }
     static QPushButton& ok(QWidget& dialog)
     {
-        return *part<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
+        return *child<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Ok);
     }
-    static QString stateOf(QWidget& dialog) { return part<QLabel>(dialog, "stateLabel").text(); }
+    static QString stateOf(QWidget& dialog) { return child<QLabel>(dialog, "stateLabel").text(); }
     static bool shows(QWidget& dialog, const QString& part)
     {
         return eventually([&] { return stateOf(dialog).contains(part); });
     }
     static void choose(QWidget& dialog, const QString& name)
     {
-        auto& list = part<QListWidget>(dialog, "curDirListWidget");
+        auto& list = child<QListWidget>(dialog, "curDirListWidget");
         const auto found = list.findItems(name, Qt::MatchExactly);
         if (found.size() != 1)
             qFatal("no %s", qPrintable(name));
@@ -186,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         QCOMPARE(OpenText::stateOf(*chooser), "Type a name, or choose a file");
         QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
-        QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
+        QTest::keyClicks(&child<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
         QCOMPARE(OpenText::stateOf(*chooser), "OK selects /data/new.md");
         acceptChoice(*chooser);
         QVERIFY(text.shows(QStringLiteral("Saved")));
@@ -202,10 +202,10 @@ private Q_SLOTS:
         text.press("saveAsButton");
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
-        auto& name = part<QLineEdit>(*chooser, "fileNameLineEdit");
+        auto& name = child<QLineEdit>(*chooser, "fileNameLineEdit");
         QCOMPARE(name.text(), "notes.txt");
         QCOMPARE(name.selectedText(), "notes");
-        const auto& list = part<QListWidget>(*chooser, "curDirListWidget");
+        const auto& list = child<QListWidget>(*chooser, "curDirListWidget");
         TRY_COMPARE(list.count(), 2);
         QCOMPARE(list.item(0)->text(), "notes.txt");
         TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
@@ -228,7 +228,7 @@ private Q_SLOTS:
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         OpenText::choose(*chooser, QStringLiteral("old/"));
         QCOMPARE(OpenText::stateOf(*chooser), "Choose a file; Enter opens the folder");
-        QTest::keyClick(&part<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
+        QTest::keyClick(&child<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
         QCOMPARE(OpenText::stateOf(*chooser), "Listing...");
         QVERIFY(!OpenText::ok(*chooser).isEnabled());
         server.release("old");
@@ -237,7 +237,7 @@ private Q_SLOTS:
         OpenText::choose(*chooser, QStringLiteral("notes.txt"));
         TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
         server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
-        part<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
+        child<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
         TRY_COMPARE(OpenText::stateOf(*chooser), "Choose a file");
     }
 
@@ -251,7 +251,7 @@ private Q_SLOTS:
         text.press("saveButton");
         QPointer<QDialog> chooser = text.chooser();
         QVERIFY(chooser);
-        QTest::keyClicks(&part<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
+        QTest::keyClicks(&child<QLineEdit>(*chooser, "fileNameLineEdit"), "x");
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(chooser && chooser->isVisible());

@@ -108,10 +108,10 @@ struct Catalogue {
 
 int addType(const MultiVectorGraphWidget& plot)
 {
-    struct Peek : MultiVectorGraphWidget {
-        static int of(const MultiVectorGraphWidget& plot) { return plot.*(&Peek::m_addType); }
+    struct PlotProbe : MultiVectorGraphWidget {
+        static int of(const MultiVectorGraphWidget& plot) { return plot.*(&PlotProbe::m_addType); }
     };
-    return Peek::of(plot);
+    return PlotProbe::of(plot);
 }
 
 QString plain(QString text)

@@ -47,7 +47,7 @@ public:
         ++resultCalls;
         Graph1DDialog::result(command, payload); // may delete the window
     }
-    template <typename Widget> Widget& part(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
+    template <typename Widget> Widget& child(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
     QList<double> series(int index)
     {
         QList<double> values;

@@ -36,7 +36,7 @@ public:
     {
         return Graph2DDialog::onResultExInfo(lines) && drawReplies;
     }
-    template <typename Widget> Widget& part(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
+    template <typename Widget> Widget& child(const char* name) { return *findChild<Widget*>(QLatin1String(name)); }
     QList<QList<double>> rows() { return rowsOf(*this); }
     void reply(const QString& text, const QByteArray& payload)
     {

@@ -68,15 +68,15 @@ private Q_SLOTS:
         QCOMPARE(window->size(), QSize(567, 361));
         QVERIFY(
             Graph1DDialog(nullptr, "", "", 0, 1, 1, 0, "", {}, "", 0, 0, nullptr).testAttribute(Qt::WA_DeleteOnClose));
-        QCOMPARE(window->part<QComboBox>("typeComboBox").count(), 2);
-        QCOMPARE(window->part<QComboBox>("typeComboBox").itemText(0), "Each");
-        QCOMPARE(window->part<QComboBox>("typeComboBox").itemText(1), "All");
-        QCOMPARE(window->part<QToolButton>("toolButton").text(), "...");
-        QCOMPARE(window->part<QLabel>("descLabel").text(), "Ch 0-1");
-        QVERIFY(!window->part<QProgressBar>("progressBar").isVisible());
-        QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
+        QCOMPARE(window->child<QComboBox>("typeComboBox").count(), 2);
+        QCOMPARE(window->child<QComboBox>("typeComboBox").itemText(0), "Each");
+        QCOMPARE(window->child<QComboBox>("typeComboBox").itemText(1), "All");
+        QCOMPARE(window->child<QToolButton>("toolButton").text(), "...");
+        QCOMPARE(window->child<QLabel>("descLabel").text(), "Ch 0-1");
+        QVERIFY(!window->child<QProgressBar>("progressBar").isVisible());
+        QVERIFY(!window->child<QLabel>("infoLabel").isVisible());
         QVERIFY(window->isAutoUpdate() && Graph1DDialog::initialAutoUpdate);
-        const auto& plot = window->part<MultiVectorGraphWidget>("graphWidget");
+        const auto& plot = window->child<MultiVectorGraphWidget>("graphWidget");
         QCOMPARE(&plot, window->getGraphWidget());
         QCOMPARE(plot.sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
         QCOMPARE(plot.sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
@@ -105,10 +105,10 @@ private Q_SLOTS:
         options.desc = desc;
         options.end = options.start = 3;
         const WindowPointer window = shown(nullptr, options);
-        QVERIFY(!window->part<QComboBox>("typeComboBox").isVisible());
-        QVERIFY(!window->part<QToolButton>("toolButton").isVisible());
-        QCOMPARE(window->part<QLabel>("descLabel").text(), desc.trimmed());
-        QCOMPARE(window->part<QLabel>("descLabel").isVisible(), !desc.trimmed().isEmpty());
+        QVERIFY(!window->child<QComboBox>("typeComboBox").isVisible());
+        QVERIFY(!window->child<QToolButton>("toolButton").isVisible());
+        QCOMPARE(window->child<QLabel>("descLabel").text(), desc.trimmed());
+        QCOMPARE(window->child<QLabel>("descLabel").isVisible(), !desc.trimmed().isEmpty());
         QLayout* const row = window->findChild<QLayout*>("horizontalLayout");
         int spacerWidth = -1;
         for (int i = 0; i < row->count(); ++i) {
@@ -324,9 +324,9 @@ private Q_SLOTS:
         // Curve by curve the plot reaches 2, their sum 3.
         const auto reach = [&] { return window->getGraphWidget()->getMaxValue(); };
         QCOMPARE(reach(), 2.0);
-        window->part<QComboBox>("typeComboBox").setCurrentIndex(1);
+        window->child<QComboBox>("typeComboBox").setCurrentIndex(1);
         QCOMPARE(reach(), 3.0);
-        window->part<QComboBox>("typeComboBox").setCurrentIndex(0);
+        window->child<QComboBox>("typeComboBox").setCurrentIndex(0);
         QCOMPARE(reach(), 2.0);
         window->onTypeChanged("each");
         QCOMPARE(reach(), 3.0);
@@ -336,7 +336,7 @@ private Q_SLOTS:
     {
         const WindowPointer window = shown(nullptr);
         QVERIFY(window->findChild<SelectCheckedDialog*>() == nullptr);
-        window->part<QToolButton>("toolButton").click();
+        window->child<QToolButton>("toolButton").click();
         const auto* const dialog = window->findChild<SelectCheckedDialog*>();
         QVERIFY(dialog != nullptr);
         QCOMPARE(dialog->parentWidget(), window->getGraphWidget());
@@ -371,7 +371,7 @@ private Q_SLOTS:
     void progressAndInformation()
     {
         const WindowPointer window = shown(nullptr);
-        auto& bar = window->part<QProgressBar>("progressBar");
+        auto& bar = window->child<QProgressBar>("progressBar");
         window->setProgressInfo(true, 29, 100);
         QVERIFY(bar.isVisible());
         QCOMPARE(bar.value(), 28);
@@ -381,17 +381,17 @@ private Q_SLOTS:
         window->setProgressInfo(false, 1, 1);
         QVERIFY(!bar.isVisible());
         window->setInfoText("  words \n");
-        QCOMPARE(window->part<QLabel>("infoLabel").text(), "words");
-        QVERIFY(window->part<QLabel>("infoLabel").isVisible());
+        QCOMPARE(window->child<QLabel>("infoLabel").text(), "words");
+        QVERIFY(window->child<QLabel>("infoLabel").isVisible());
         window->setInfoText(" ");
-        QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
+        QVERIFY(!window->child<QLabel>("infoLabel").isVisible());
     }
 
     void updateControlsChangeTogether()
     {
         const WindowPointer window = shown(nullptr);
-        auto& button = window->part<QPushButton>("updatePushButton");
-        auto& box = window->part<QCheckBox>("autoUpdateCheckBox");
+        auto& button = window->child<QPushButton>("updatePushButton");
+        auto& box = window->child<QCheckBox>("autoUpdateCheckBox");
         window->setVisibleUpdateControls(false);
         QVERIFY(!button.isVisible() && !box.isVisible());
         window->setVisibleUpdateControls(true);
@@ -408,9 +408,9 @@ private Q_SLOTS:
         QEvent event(QEvent::LanguageChange);
         QApplication::sendEvent(window.get(), &event);
         QCOMPARE(window->windowTitle(), "Dialog");
-        QCOMPARE(window->part<QLabel>("descLabel").text(), "desc");
-        QCOMPARE(window->part<QLabel>("infoLabel").text(), "infoLabel");
-        QCOMPARE(window->part<QComboBox>("typeComboBox").count(), 2);
+        QCOMPARE(window->child<QLabel>("descLabel").text(), "desc");
+        QCOMPARE(window->child<QLabel>("infoLabel").text(), "infoLabel");
+        QCOMPARE(window->child<QComboBox>("typeComboBox").count(), 2);
     }
 };
 

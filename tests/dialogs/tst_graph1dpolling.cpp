@@ -117,7 +117,7 @@ private Q_SLOTS:
         window->setInfoText("old");
         window->result(answered("start", false, QString()), "OK:");
         QVERIFY(window->isVisible() && !window->timer->isActive());
-        QVERIFY(!window->part<QLabel>("infoLabel").isVisible()); // a text reply clears the complaints too
+        QVERIFY(!window->child<QLabel>("infoLabel").isVisible()); // a text reply clears the complaints too
     }
 
     void refusedPollShowsItsComplaint()
@@ -128,7 +128,7 @@ private Q_SLOTS:
                 { Step::binary(bytesOf({ 1, 2 }), "OK:\n") } });
         Model model(server);
         const WindowPointer window = shown(&model);
-        auto& label = window->part<QLabel>("infoLabel");
+        auto& label = window->child<QLabel>("infoLabel");
         QVERIFY(eventually([&] { return label.text() == "NG: no such histogram\nNG: really"; }));
         QVERIFY(label.isVisible());
         QVERIFY(eventually([&] { return label.text().isEmpty() && !label.isVisible(); })); // the next reply clears it
@@ -179,7 +179,7 @@ private Q_SLOTS:
         QVERIFY(!window->timer->isActive());
         QCOMPARE(server.requests().size(), 1);
         window->show();
-        window->part<QPushButton>("updatePushButton").click();
+        window->child<QPushButton>("updatePushButton").click();
         QVERIFY(eventually([&] { return updated.count() >= 1; }));
         QCOMPARE(window->series(0), QList<double>({ 0, 7, 0, 0, 0 }));
         QVERIFY(eventually([&] { return updated.count() >= 2; })); // auto update is on: polling continues
@@ -202,13 +202,13 @@ private Q_SLOTS:
         Model model(server);
         const WindowPointer window = shown(&model);
         QVERIFY(eventually([&] { return window->timer->isActive(); }));
-        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        window->child<QCheckBox>("autoUpdateCheckBox").click();
         QVERIFY(window->timer->isActive()); // runs out, and onTimeout() then sends nothing
         QVERIFY(eventually([&] { return !window->timer->isActive(); }));
         const auto sent = server.requests().size();
         window->onTimeout();
         QCOMPARE(server.requests().size(), sent);
-        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        window->child<QCheckBox>("autoUpdateCheckBox").click();
         QVERIFY(server.waitForRequests(int(sent) + 1));
     }
 
@@ -219,7 +219,7 @@ private Q_SLOTS:
         Model model(server);
         const WindowPointer window = shown(&model);
         window->setAutoUpdate(false);
-        window->part<QPushButton>("updatePushButton").click();
+        window->child<QPushButton>("updatePushButton").click();
         QVERIFY(eventually([&] { return window->series(0) == QList<double>({ 1 }); }));
     }
 

@@ -96,14 +96,14 @@ private Q_SLOTS:
         QCOMPARE(window->windowTitle(), "Title");
         QCOMPARE(window->size(), QSize(467, 440));
         QVERIFY(Window(nullptr).testAttribute(Qt::WA_DeleteOnClose));
-        QCOMPARE(window->part<QPushButton>("updatePushButton").text(), "Update");
-        QCOMPARE(window->part<QPushButton>("updatePushButton").focusPolicy(), Qt::NoFocus);
-        QCOMPARE(window->part<QCheckBox>("autoUpdateCheckBox").text(), "AutoUpdate");
-        QCOMPARE(window->part<QPushButton>("filterPushButton").text(), "Filter");
-        QVERIFY(!window->part<QProgressBar>("progressBar").isVisible());
-        QVERIFY(!window->part<QLabel>("infoLabel").isVisible());
+        QCOMPARE(window->child<QPushButton>("updatePushButton").text(), "Update");
+        QCOMPARE(window->child<QPushButton>("updatePushButton").focusPolicy(), Qt::NoFocus);
+        QCOMPARE(window->child<QCheckBox>("autoUpdateCheckBox").text(), "AutoUpdate");
+        QCOMPARE(window->child<QPushButton>("filterPushButton").text(), "Filter");
+        QVERIFY(!window->child<QProgressBar>("progressBar").isVisible());
+        QVERIFY(!window->child<QLabel>("infoLabel").isVisible());
         QVERIFY(window->isAutoUpdate() && Graph2DDialog::initialAutoUpdate);
-        XY2DGraphWidget& plot = window->part<XY2DGraphWidget>("graphWidget");
+        XY2DGraphWidget& plot = window->child<XY2DGraphWidget>("graphWidget");
         QCOMPARE(plot.getNameX(), "East");
         QCOMPARE(plot.getNameY(), "North");
         QCOMPARE(plot.getDecimalX(), 1);
@@ -124,9 +124,9 @@ private Q_SLOTS:
     void staticWindowHasNoUpdateControls()
     {
         const WindowPointer window = shown(nullptr);
-        QVERIFY(!window->part<QPushButton>("updatePushButton").isVisible());
-        QVERIFY(!window->part<QCheckBox>("autoUpdateCheckBox").isVisible());
-        QVERIFY(window->part<QPushButton>("filterPushButton").isVisible());
+        QVERIFY(!window->child<QPushButton>("updatePushButton").isVisible());
+        QVERIFY(!window->child<QCheckBox>("autoUpdateCheckBox").isVisible());
+        QVERIFY(window->child<QPushButton>("filterPushButton").isVisible());
         QVERIFY(!window->timer && !window->session);
         window->update(); // harmless
         window->onAutoUpdateToggled(false);
@@ -352,19 +352,19 @@ private Q_SLOTS:
     void progressAndInformation()
     {
         const WindowPointer window = shown(nullptr);
-        auto& bar = window->part<QProgressBar>("progressBar");
+        auto& bar = window->child<QProgressBar>("progressBar");
         window->setProgressInfo(true, 29, 100);
         QVERIFY(bar.isVisible());
         QCOMPARE(bar.value(), 28);
         window->setProgressInfo(false, 0, 0);
         QVERIFY(!bar.isVisible());
         window->setInfoText("  words \n");
-        QCOMPARE(window->part<QLabel>("infoLabel").text(), "words");
+        QCOMPARE(window->child<QLabel>("infoLabel").text(), "words");
         window->setVisibleUpdateControls(true);
-        QVERIFY(window->part<QPushButton>("updatePushButton").isVisible());
+        QVERIFY(window->child<QPushButton>("updatePushButton").isVisible());
         window->setEnabledUpdateControls(false);
-        QVERIFY(!window->part<QCheckBox>("autoUpdateCheckBox").isEnabled());
-        QVERIFY(window->part<QPushButton>("filterPushButton").isEnabled());
+        QVERIFY(!window->child<QCheckBox>("autoUpdateCheckBox").isEnabled());
+        QVERIFY(window->child<QPushButton>("filterPushButton").isEnabled());
     }
 
     void stepsAndTicksGoToThePlot()
@@ -407,7 +407,7 @@ private Q_SLOTS:
         QEvent event(QEvent::LanguageChange);
         QApplication::sendEvent(window.get(), &event);
         QCOMPARE(window->windowTitle(), "Dialog");
-        QCOMPARE(window->part<QLabel>("infoLabel").text(), "infoLabel");
+        QCOMPARE(window->child<QLabel>("infoLabel").text(), "infoLabel");
     }
 };
 

@@ -78,12 +78,12 @@ private Q_SLOTS:
         const WindowPointer window = shown(&model);
         window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
         QVERIFY(window->timer->isActive());
-        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        window->child<QCheckBox>("autoUpdateCheckBox").click();
         QVERIFY(!window->timer->isActive());
         window->onAutoUpdateToggled(true); // the box is not checked: nothing is sent
         window->onTimeout();
         server.answer("map", { Step::binary(QByteArray(), "OK:\n") });
-        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        window->child<QCheckBox>("autoUpdateCheckBox").click();
         QVERIFY(eventually([&] { return window->timer->isActive(); }));
     }
 
@@ -174,15 +174,15 @@ private Q_SLOTS:
         Model model(server);
         const WindowPointer window = shown(&model);
         window->setAutoUpdate(false);
-        window->part<QPushButton>("updatePushButton").click();
+        window->child<QPushButton>("updatePushButton").click();
         QVERIFY(eventually([&] { return window->timer->isActive(); }));
         QVERIFY(eventually([&] { return !window->timer->isActive(); })); // and polls no more
         QCOMPARE(server.requests().size(), 1);
-        window->part<QCheckBox>("autoUpdateCheckBox").setChecked(true); // a round at once
+        window->child<QCheckBox>("autoUpdateCheckBox").setChecked(true); // a round at once
         QVERIFY(server.waitForRequests(2));
         QVERIFY(eventually([&] { return window->timer->isActive(); }));
         window->timer->stop();
-        window->part<QPushButton>("updatePushButton").click();
+        window->child<QPushButton>("updatePushButton").click();
         QVERIFY(server.waitForRequests(4)); // polling continues automatically
     }
 
@@ -195,7 +195,7 @@ private Q_SLOTS:
         const WindowPointer window = shown(&model);
         QVERIFY(server.waitForHold("reply"));
         window->update(); // waits for the reply
-        window->part<QCheckBox>("autoUpdateCheckBox").click();
+        window->child<QCheckBox>("autoUpdateCheckBox").click();
         window->session->send(new TarnisCmd("marker"));
         server.open("reply");
         QVERIFY(server.waitForRequest("marker"));
@@ -284,8 +284,8 @@ private Q_SLOTS:
         window->reply("OK: exported 3 x 2 y", bytesOf(ramp(6)));
         window->reply(" NG: no map\n", QByteArray());
         QVERIFY(window->rows().isEmpty());
-        QCOMPARE(window->part<QLabel>("infoLabel").text(), "NG: no map");
-        QVERIFY(window->part<QLabel>("infoLabel").isVisible());
+        QCOMPARE(window->child<QLabel>("infoLabel").text(), "NG: no map");
+        QVERIFY(window->child<QLabel>("infoLabel").isVisible());
         QVERIFY(window->timer->isActive());
     }
 

@@ -11,7 +11,7 @@
 
 namespace tarnis::testing {
 
-class Plot : public ShownFrame {
+class Plot : public VisibleFrame {
 public:
     void onSetRectangle(double x1, double x2, double y1, double y2) override
     {

@@ -15,7 +15,7 @@
 
 namespace {
 
-template <typename Box> class Open : public Box {
+template <typename Box> class RangeBoxProbe : public Box {
 public:
     using Box::Box;
     using Box::m_format;
@@ -25,9 +25,9 @@ public:
     using Box::ui;
 };
 
-class OpenXY : public Open<XYRangeInputDialog> {
+class XYRangeBoxProbe : public RangeBoxProbe<XYRangeInputDialog> {
 public:
-    using Open::Open;
+    using RangeBoxProbe::RangeBoxProbe;
     using XYRangeInputDialog::m_yMax;
     using XYRangeInputDialog::m_yMin;
 };
@@ -79,7 +79,7 @@ class TestRangeBoxes : public QObject {
 private Q_SLOTS:
     void xBoxHasItsForm()
     {
-        const Open<XRangeInputDialog> box("TOF", 'g', 9, nullptr);
+        const RangeBoxProbe<XRangeInputDialog> box("TOF", 'g', 9, nullptr);
         verifyLook(box);
         QCOMPARE(rows(box), (QStringList { "xMinLabel:TOF-min:xMinEdit", "xMaxLabel:TOF-max:xMaxEdit" }));
         QCOMPARE(box.size(), QSize(160, 64));
@@ -95,7 +95,7 @@ private Q_SLOTS:
 
     void xyBoxHasItsForm()
     {
-        const OpenXY box(nullptr, 'g', 6);
+        const XYRangeBoxProbe box(nullptr, 'g', 6);
         verifyLook(box);
         QCOMPARE(rows(box),
             (QStringList { "xMinLabel:X-min:xMinEdit", "xMaxLabel:X-max:xMaxEdit", "yMinLabel:Y-min:yMinEdit",

@@ -18,7 +18,7 @@ using namespace tarnis::testing;
 
 namespace {
 
-class Plot : public ShownFrame {
+class Plot : public VisibleFrame {
 public:
     Plot() { m_refreshRequired = false; }
 

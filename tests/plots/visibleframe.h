@@ -8,9 +8,9 @@
 namespace tarnis::testing {
 
 /// X from 0 to 1000, Y from 0 to 100, 500 x 400 pixels, painted.
-class ShownFrame : public FrameProbe<XYGraphWidget> {
+class VisibleFrame : public FrameProbe<XYGraphWidget> {
 public:
-    ShownFrame()
+    VisibleFrame()
     {
         m_doubleBuffered = true;
         init(QStringLiteral("x"), QStringLiteral("y"), 1000.0, 100.0, true, true);

@@ -13,7 +13,7 @@ inline const QByteArray prompt("> ");
 /// A manager in local mode whose server is one of the test's programs.
 struct Host {
     QObject parent;
-    OpenTarnis* manager = new OpenTarnis(&prompt, &parent);
+    TarnisProbe* manager = new TarnisProbe(&prompt, &parent);
     HostRecord record { *manager };
 
     bool run(const FakeServer& server)

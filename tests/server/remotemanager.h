@@ -35,7 +35,7 @@ inline Tarnis::SERVER_STATUS status(int value)
 /// A manager with a parent that owns its sessions, as hosts have it.
 struct Host {
     QObject parent;
-    OpenTarnis* manager = new OpenTarnis(&prompt, &parent);
+    TarnisProbe* manager = new TarnisProbe(&prompt, &parent);
     HostRecord record { *manager };
 
     explicit Host(const ScriptedServer* server = nullptr)

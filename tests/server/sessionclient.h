@@ -15,7 +15,7 @@
 namespace tarnis::testing {
 
 /// Access to protected members for the tests.
-class OpenSession : public TarnisSession {
+class SessionProbe : public TarnisSession {
 public:
     using TarnisSession::m_mutex;
     using TarnisSession::TarnisSession;
@@ -45,7 +45,7 @@ public:
     {
     }
     SessionClient(const QString& host, quint16 port, const QByteArray* prompt)
-        : session(std::make_unique<OpenSession>(host, port, prompt, nullptr))
+        : session(std::make_unique<SessionProbe>(host, port, prompt, nullptr))
     {
         connect(session.get(), &TarnisSession::connected, this, [this] { signalled.append("connected"); });
         connect(session.get(), &TarnisSession::result, this, [this](const PTarnisCmd& cmd, const QByteArray& bytes) {
@@ -113,7 +113,7 @@ public:
         return codes;
     }
 
-    std::unique_ptr<OpenSession> session;
+    std::unique_ptr<SessionProbe> session;
     QList<Answer> answers;
     QList<QPair<int, QString>> errors;
     QByteArrayList pieces;

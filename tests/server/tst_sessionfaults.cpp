@@ -239,7 +239,7 @@ private Q_SLOTS:
         auto server = std::make_unique<ScriptedServer>(onFirstRequest({ Step::hold("never") }));
         SessionClient client(*server);
         const QByteArray itsPrompt = *server->prompt();
-        client.session = std::make_unique<OpenSession>(ScriptedServer::host(), server->port(), &itsPrompt, nullptr);
+        client.session = std::make_unique<SessionProbe>(ScriptedServer::host(), server->port(), &itsPrompt, nullptr);
         connect(client.session.get(), &TarnisSession::error, &client, [&](int code, const QString& text) {
             client.errors.append({ code, text });
         });

@@ -23,7 +23,7 @@ using Status = Tarnis::SERVER_STATUS;
 namespace {
 
 // Whether another thread could take the manager's lock now.
-bool isFree(OpenTarnis& manager)
+bool isFree(TarnisProbe& manager)
 {
     bool taken = false;
     std::thread([&] {
@@ -166,7 +166,7 @@ private Q_SLOTS:
 
     void membersHaveTheGivenOrder()
     {
-        const OpenTarnis manager(&prompt, nullptr);
+        const TarnisProbe manager(&prompt, nullptr);
         const std::vector<const void*> members { &manager.m_mutex, &manager.m_prompt, &manager.m_serverAddress,
             &manager.m_readoutAddress, &manager.m_processPath, &manager.m_remoteHost, &manager.m_remotePort,
             &manager.m_host, &manager.m_port, &manager.m_process, &manager.m_sessions, &manager.m_settings,
@@ -177,7 +177,7 @@ private Q_SLOTS:
     void startsIdle()
     {
         const LogFile log;
-        const OpenTarnis manager(&prompt, nullptr);
+        const TarnisProbe manager(&prompt, nullptr);
         QCOMPARE(log.messages(), QStringList { "DBG Tarnis::Tarnis()" });
         QCOMPARE(manager.m_status, Tarnis::IDLE);
         QCOMPARE(manager.m_prompt, &prompt);
@@ -193,7 +193,7 @@ private Q_SLOTS:
 
     void registersTheSharedCommand()
     {
-        const OpenTarnis manager(&prompt, nullptr);
+        const TarnisProbe manager(&prompt, nullptr);
         QCOMPARE(QMetaType::fromName("PTarnisCmd"), QMetaType::fromType<QSharedPointer<TarnisCmd>>());
     }
 
@@ -218,7 +218,7 @@ private Q_SLOTS:
         QFETCH(int, value);
         QFETCH(bool, connected);
         QCOMPARE(Tarnis::GetStatusName(status(value)), QTest::currentDataTag());
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         manager.SetStatus(status(value));
         QCOMPARE(manager.IsServerConnected(), connected);
     }
@@ -239,7 +239,7 @@ private Q_SLOTS:
 
     void setStatusHoldsTheLockWhileItSignals()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         int signalled = 0;
         connect(&manager, &Tarnis::StatusChanged, &manager, [&](Status now) {
             ++signalled;
@@ -254,7 +254,7 @@ private Q_SLOTS:
 
     void setStatusTracesAnError()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         QCOMPARE(tracesOf([&] { manager.SetStatus(Tarnis::RUNNING); }), QStringList());
         QCOMPARE(tracesOf([&] { manager.SetStatus(Tarnis::SERVER_ERROR); }),
             QStringList { "Tarnis::SetStatus SERVER_ERROR" });
@@ -263,7 +263,7 @@ private Q_SLOTS:
 
     void remoteHostIsKept()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         const LogFile log;
         manager.SetRemoteHost("daq", 5000);
         QCOMPARE(log.messages(), QStringList { "BLCK Tarnis::SetRemoteHost(host[daq], port[5000])" });
@@ -340,7 +340,7 @@ private Q_SLOTS:
 
     void replyIsSignalledWithoutTheLock()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         int replies = 0;
         connect(&manager, &Tarnis::onCmdReply, &manager, [&] {
             ++replies;

@@ -21,8 +21,8 @@ private Q_SLOTS:
         const QByteArray prompt("> ");
         const FakeServer server({ "print UI port: 5000\\n", "linger" });
         const QString path = server.path();
-        OpenTarnis shutDown(&prompt, nullptr);
-        auto deleted = std::make_unique<OpenTarnis>(&prompt, nullptr);
+        TarnisProbe shutDown(&prompt, nullptr);
+        auto deleted = std::make_unique<TarnisProbe>(&prompt, nullptr);
         QVERIFY(shutDown.Run(&path));
         QVERIFY(deleted->Run(&path));
         TRY_COMPARE(shutDown.m_status, Tarnis::SERVER_CONNECTED);

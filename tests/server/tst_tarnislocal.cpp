@@ -230,7 +230,7 @@ private Q_SLOTS:
 
     void errorThatIsNoCrashIsReportedAsSuch()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         manager.SetStatus(Tarnis::RUNNING);
         const HostRecord record(manager);
         manager.onServerError(QProcess::WriteError);

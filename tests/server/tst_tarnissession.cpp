@@ -84,7 +84,7 @@ private Q_SLOTS:
 
     void queuesInOrder()
     {
-        OpenSession session("h", 7, &prompt, nullptr);
+        SessionProbe session("h", 7, &prompt, nullptr);
         session.send(new TarnisCmd("a"));
         session.send(new TarnisCmd("b"));
         session.sendPrevious(new TarnisCmd("c"));
@@ -96,7 +96,7 @@ private Q_SLOTS:
 
     void putsAListInFront()
     {
-        OpenSession session("h", 7, &prompt, nullptr);
+        SessionProbe session("h", 7, &prompt, nullptr);
         session.send(new TarnisCmd("d"));
         session.sendPrevious(QList<TarnisCmd*> {});
         session.sendPrevious({ new TarnisCmd("a"), new TarnisCmd("b"), new TarnisCmd("c") });
@@ -114,7 +114,7 @@ private Q_SLOTS:
             ~Resending() override { m_session.send(new TarnisCmd("new")); }
             TarnisSession& m_session;
         };
-        OpenSession session("h", 7, &prompt, nullptr);
+        SessionProbe session("h", 7, &prompt, nullptr);
         session.send(new Resending(session));
         session.send(new Resending(session));
         session.cancel();
@@ -134,7 +134,7 @@ private Q_SLOTS:
 
     void storesTimeoutAndId()
     {
-        OpenSession session("h", 7, &prompt, nullptr);
+        SessionProbe session("h", 7, &prompt, nullptr);
         session.setTimeout(-3);
         QCOMPARE(session.timeout(), -3);
         session.SetId("control");

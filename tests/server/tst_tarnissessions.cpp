@@ -45,7 +45,7 @@ private Q_SLOTS:
 
     void unknownSessionLeavesANullEntry()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         QCOMPARE(manager.GetTarnisSession("nobody"), nullptr);
         QCOMPARE(manager.m_sessions.keys(), QStringList { "nobody" });
     }
@@ -312,7 +312,7 @@ private Q_SLOTS:
 
     void queuedCallWithoutASenderCounts()
     {
-        OpenTarnis manager(&prompt, nullptr);
+        TarnisProbe manager(&prompt, nullptr);
         QVERIFY(QMetaObject::invokeMethod(
             &manager, "onError", Qt::QueuedConnection, Q_ARG(int, 1), Q_ARG(QString, QStringLiteral("x"))));
         QCoreApplication::processEvents();

@@ -19,10 +19,10 @@ using Status = Tarnis::SERVER_STATUS;
 
 namespace {
 
-class Manager : public OpenTarnis {
+class Manager : public TarnisProbe {
 public:
     Manager()
-        : OpenTarnis(nullptr, nullptr)
+        : TarnisProbe(nullptr, nullptr)
     {
         connect(this, &Tarnis::onBasePathChange, this, [this](const QString& path) { sent.append("signal " + path); });
     }

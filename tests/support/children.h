@@ -1,4 +1,4 @@
-// Parts of windows by their names.
+// Children of windows by their names.
 #pragma once
 
 #include <QAction>
@@ -7,7 +7,7 @@
 namespace tarnis::testing {
 
 /// The child with this object name, at any depth; the test ends if there is none.
-template <typename Object> Object& part(const QObject& window, const char* name)
+template <typename Object> Object& child(const QObject& window, const char* name)
 {
     auto* const object = window.findChild<Object*>(QLatin1String(name));
     if (!object)

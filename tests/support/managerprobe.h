@@ -12,7 +12,7 @@
 
 namespace tarnis::testing {
 
-class OpenTarnis : public Tarnis {
+class TarnisProbe : public Tarnis {
 public:
     using Tarnis::m_bLocal;
     using Tarnis::m_commands;

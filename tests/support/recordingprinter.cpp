@@ -6,9 +6,9 @@
 namespace tarnis::testing {
 namespace {
 
-class Engine : public QPaintEngine {
+class RecordingEngine : public QPaintEngine {
 public:
-    explicit Engine(PrintedPage& page)
+    explicit RecordingEngine(PrintedPage& page)
         : QPaintEngine(AllFeatures)
         , m_page(page)
     {
@@ -46,9 +46,9 @@ private:
     QTransform m_transform;
 };
 
-class Printer : public QPrintEngine {
+class RecordingPrintEngine : public QPrintEngine {
 public:
-    explicit Printer(const QSize& size)
+    explicit RecordingPrintEngine(const QSize& size)
         : m_size(size)
     {
     }
@@ -107,26 +107,26 @@ private:
 };
 
 /// The printer does not delete engines that were set.
-struct Engines {
-    Engines(PrintedPage& page, const QSize& size)
+struct RecordingEngines {
+    RecordingEngines(PrintedPage& page, const QSize& size)
         : paint(page)
         , print(size)
     {
     }
-    Engine paint;
-    Printer print;
+    RecordingEngine paint;
+    RecordingPrintEngine print;
 };
 
 } // namespace
 
 void recordPages(QPrinter& printer, PrintedPage& page, const QSize& size)
 {
-    struct Open : QPrinter {
+    struct PrinterAccess : QPrinter {
         using QPrinter::setEngines;
     };
-    static QList<std::shared_ptr<Engines>> kept; // until the end of the test program
-    kept.append(std::make_shared<Engines>(page, size));
-    (printer.*(&Open::setEngines))(&kept.last()->print, &kept.last()->paint);
+    static QList<std::shared_ptr<RecordingEngines>> kept; // until the end of the test program
+    kept.append(std::make_shared<RecordingEngines>(page, size));
+    (printer.*(&PrinterAccess::setEngines))(&kept.last()->print, &kept.last()->paint);
 }
 
 } // namespace tarnis::testing
