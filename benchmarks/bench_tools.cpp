@@ -113,9 +113,9 @@ void settle(XYGraphWidget& plot)
 }
 
 /// A visible plot with its tools.
-class Hand {
+class PlotDriver {
 public:
-    Hand(std::unique_ptr<XYGraphWidget> plot, bool hasTools, bool hasStyle)
+    PlotDriver(std::unique_ptr<XYGraphWidget> plot, bool hasTools, bool hasStyle)
         : m_plot(std::move(plot))
     {
         m_plot->m_doubleBuffered = true;
@@ -196,8 +196,8 @@ private:
 
 void run(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle)
 {
-    Hand tools(make(), true, hasStyle);
-    Hand none(make(), false, hasStyle);
+    PlotDriver tools(make(), true, hasStyle);
+    PlotDriver none(make(), false, hasStyle);
     std::vector<double> wheel;
     std::vector<double> pan;
     std::vector<double> cross;
@@ -278,8 +278,8 @@ void maximum(XYGraphWidget& plot)
 /// The wheel and the middle button with one tool more.
 void runTool(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle, Attach attach)
 {
-    Hand with(make(), true, hasStyle);
-    Hand without(make(), true, hasStyle);
+    PlotDriver with(make(), true, hasStyle);
+    PlotDriver without(make(), true, hasStyle);
     attach(with.plot());
     settle(with.plot());
     std::vector<double> wheel;
@@ -306,54 +306,55 @@ void runTool(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), 
     state.counters["cross"] = median(cross);
 }
 
-void ruler(Hand& hand)
+void ruler(PlotDriver& driver)
 {
-    (new tarnis::PlotRuler(&hand.plot()))->setOn(true);
-    hand.pressLeft(hand.corner());
+    (new tarnis::PlotRuler(&driver.plot()))->setOn(true);
+    driver.pressLeft(driver.corner());
 }
 
-void markers(Hand& hand)
+void markers(PlotDriver& driver)
 {
-    auto* const markers = new tarnis::PlotMarkers(&hand.plot());
-    const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(hand.plot());
+    auto* const markers = new tarnis::PlotMarkers(&driver.plot());
+    const tarnis::PlotMapping mapping = tarnis::PlotMapping::of(driver.plot());
     for (const double part : { 0.1, 0.3, 0.5, 0.7, 0.9 }) {
         const QRectF area = mapping.plotRect();
         markers->add(mapping.valueAt({ area.left() + part * area.width(), area.top() + part * area.height() }));
     }
-    settle(hand.plot());
-    hand.pressLeft(hand.middle());
+    settle(driver.plot());
+    driver.pressLeft(driver.middle());
 }
 
-void profileLine(Hand& hand)
+void profileLine(PlotDriver& driver)
 {
-    auto* const profile = new tarnis::LineProfile(qobject_cast<XY2DGraphWidget*>(&hand.plot()));
+    auto* const profile = new tarnis::LineProfile(qobject_cast<XY2DGraphWidget*>(&driver.plot()));
     profile->setOn(true);
-    settle(hand.plot());
-    hand.pressLeft(hand.corner());
+    settle(driver.plot());
+    driver.pressLeft(driver.corner());
 }
 
-void rubberBand(Hand& hand)
+void rubberBand(PlotDriver& driver)
 {
-    tarnis::PlotToolBar bar(&hand.plot());
+    tarnis::PlotToolBar bar(&driver.plot());
     for (QAction* const action : bar.actions()) {
         if (action->objectName() == QLatin1String("zoomRectangle"))
             action->trigger();
     }
-    hand.pressLeft(hand.middle());
+    driver.pressLeft(driver.middle());
 }
 
 /// A drag over the data, against a repaint during the drag.
-void runDrag(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle, void (*begin)(Hand&))
+void runDrag(
+    benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle, void (*begin)(PlotDriver&))
 {
-    Hand hand(make(), true, hasStyle);
-    begin(hand);
-    hand.drag(0); // a ruler adds up the blocks
+    PlotDriver driver(make(), true, hasStyle);
+    begin(driver);
+    driver.drag(0); // a ruler adds up the blocks
     std::vector<double> drag;
     std::vector<double> idle;
     int round = 1;
     for (auto _ : state) {
-        drag.push_back(hand.drag(round++));
-        idle.push_back(hand.repaint());
+        drag.push_back(driver.drag(round++));
+        idle.push_back(driver.repaint());
     }
     state.counters["drag"] = median(drag);
     state.counters["idle"] = median(idle);
@@ -363,8 +364,8 @@ void runDrag(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), 
 /// The cost of tools that only draw over the data, while nothing happens.
 void runIdle(benchmark::State& state, std::unique_ptr<XYGraphWidget> (*make)(), bool hasStyle)
 {
-    Hand tools(make(), true, hasStyle);
-    Hand none(make(), false, hasStyle);
+    PlotDriver tools(make(), true, hasStyle);
+    PlotDriver none(make(), false, hasStyle);
     new tarnis::PlotMarkers(&tools.plot());
     new tarnis::PlotRuler(&tools.plot());
     new tarnis::PlotLegend(&tools.plot());
@@ -415,7 +416,7 @@ int main(int argc, char** argv)
     struct Drag {
         const char* name;
         std::unique_ptr<XYGraphWidget> (*make)();
-        void (*begin)(Hand&);
+        void (*begin)(PlotDriver&);
     };
     for (const Drag& drag :
         { Drag { "8 x 100k + ruler", curves, ruler }, Drag { "map 1024 + ruler", map, ruler },

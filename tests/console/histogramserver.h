@@ -32,8 +32,8 @@ public:
 };
 
 /// A console with the open, filled list.
-struct OpenList {
-    explicit OpenList(ConsoleFixture& fixture) { reopen(fixture); }
+struct HistogramChooserDriver {
+    explicit HistogramChooserDriver(ConsoleFixture& fixture) { reopen(fixture); }
     void reopen(ConsoleFixture& fixture) { chooser = fixture.open<HistogramChooser>("histograms"); }
     bool shows(const QString& text) const
     {

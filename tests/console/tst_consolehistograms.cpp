@@ -115,7 +115,7 @@ private Q_SLOTS:
     {
         HistogramServer server;
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.isFilled(2));
         QVERIFY(!list.ok().isEnabled());
         QVERIFY(list.ok().toolTip().contains(QStringLiteral("Check a histogram")));
@@ -140,7 +140,7 @@ private Q_SLOTS:
     {
         HistogramServer server;
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.opensTheMap());
         QWidget* const first = fixture.window->windows().onScreen().value(0);
         list.reopen(fixture);
@@ -155,7 +155,7 @@ private Q_SLOTS:
     {
         HistogramServer server;
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
         QTest::keyClick(list.chooser, Qt::Key_Escape);
@@ -167,7 +167,7 @@ private Q_SLOTS:
     {
         HistogramServer server("NG:unknown command 'hists'\n");
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.shows(QStringLiteral("NG:unknown command")));
         QVERIFY(!list.ok().isEnabled());
     }
@@ -176,7 +176,7 @@ private Q_SLOTS:
     {
         HistogramServer server("OK:\n");
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.shows(QStringLiteral("no histograms")));
     }
 
@@ -185,7 +185,7 @@ private Q_SLOTS:
         HistogramServer server;
         server.answer("hists", { Step::drop() });
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.shows(QStringLiteral("No reply")));
         server.answer("hists", { Step::text(twoHistograms) });
         fixture.choose("shutDownAction");
@@ -200,7 +200,7 @@ private Q_SLOTS:
     {
         HistogramServer server;
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.isFilled(2));
         list.chooser->setChecked(1, true);
         const auto isChecked = [&](int index) {
@@ -237,7 +237,7 @@ private Q_SLOTS:
             "OK:\nimage: kind=2d binsx=1024 minx=0 maxx=1 labelx=HorizontalPositionOfTheDetector unitx=mm "
             "binsy=1024 miny=0 maxy=1 labely=VerticalPositionOfTheDetector unity=mm\n");
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.isFilled(1));
         const auto* const entries = list.chooser->findChild<QListWidget*>();
         TRY_VERIFY(entries->viewport()->width()
@@ -249,7 +249,7 @@ private Q_SLOTS:
     {
         HistogramServer server("OK:\nbig: kind=1d rows=100 bins=4 min=0 max=1\n");
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.isFilled(1));
         QString text;
         bool isChecked = false;
@@ -425,7 +425,7 @@ private Q_SLOTS:
         QVERIFY(fixture.widget<QAction>("tileAction").toolTip().contains(QStringLiteral("No window")));
         fixture.use(server);
         QVERIFY(fixture.reaches(ServerState::Up));
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.isFilled(2));
         list.press("buttonCheckAll");
         list.accept();

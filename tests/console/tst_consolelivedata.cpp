@@ -48,14 +48,14 @@ QByteArray bytesOf(const QList<double>& values)
 }
 
 /// A proxy to a server, which can be closed and opened again at the same port.
-class Door : public QTcpServer {
+class ServerProxy : public QTcpServer {
 public:
-    explicit Door(quint16 target)
+    explicit ServerProxy(quint16 target)
         : m_target(target)
     {
     }
     bool open() { return listen(QHostAddress::LocalHost, m_port) && (m_port = serverPort()) != 0; }
-    void shut()
+    void shutDown()
     {
         close();
         for (QTcpSocket* const socket : findChildren<QTcpSocket*>())
@@ -195,21 +195,21 @@ private Q_SLOTS:
     void aRemoteServerThatIsStartedAgainIsConnectedByItself()
     {
         LiveServer server;
-        Door door(server.port());
-        QVERIFY(door.open());
+        ServerProxy proxy(server.port());
+        QVERIFY(proxy.open());
         ConsoleFixture fixture;
         fixture.window->controller().m_againMs = 20;
-        fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), door.serverPort() });
+        fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), proxy.serverPort() });
         QVERIFY(fixture.reaches(ServerState::Up));
         auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
-        door.shut();
+        proxy.shutDown();
         QVERIFY(fixture.reaches(ServerState::Failed));
         QVERIFY2(fixture.alert().text.contains(QStringLiteral("automatically")), qPrintable(fixture.alert().text));
         const auto* const info = window->findChild<QLabel*>(QStringLiteral("infoLabel"));
         QVERIFY(info->text().contains(QStringLiteral("resumes when it is back")));
         server.answer(curvesCommand, curvesOf(7));
-        QVERIFY(door.open());
+        QVERIFY(proxy.open());
         QVERIFY(fixture.reaches(ServerState::Up));
         TRY_COMPARE(window->getGraphWidget()->getMaxValue(), 7.0);
         QVERIFY(!info->isVisible());
@@ -232,9 +232,9 @@ private Q_SLOTS:
     void resumesWhenAHungLocalServerAnswersAgain()
     {
         const LiveServer server;
-        Door door(server.port());
-        QVERIFY(door.open());
-        const FakeServer program(FakeServer::wellBehaved(door.serverPort()));
+        ServerProxy proxy(server.port());
+        QVERIFY(proxy.open());
+        const FakeServer program(FakeServer::wellBehaved(proxy.serverPort()));
         ConsoleFixture fixture;
         fixture.window->controller().m_againMs = 10;
         fixture.use(program);
@@ -242,11 +242,11 @@ private Q_SLOTS:
         auto* const window = fixture.open<LiveCurves>("curves");
         QVERIFY(isFilled(*window));
         const qint64 process = fixture.window->controller().tarnis().process()->processId();
-        door.shut();
+        proxy.shutDown();
         QVERIFY(fixture.reaches(ServerState::Failed));
         QVERIFY2(
             fixture.alert().text.contains(QStringLiteral("connects automatically")), qPrintable(fixture.alert().text));
-        QVERIFY(door.open());
+        QVERIFY(proxy.open());
         QVERIFY(fixture.reaches(ServerState::Up));
         QCOMPARE(fixture.window->controller().tarnis().process()->processId(), process);
         QVERIFY(fixture.alert().text.isEmpty());

@@ -24,7 +24,7 @@ using namespace console;
 namespace {
 
 /// A log file that another program writes.
-class Writer {
+class LogFileWriter {
 public:
     QString path() const { return m_directory.filePath(QStringLiteral("server.log")); }
     void append(const QByteArray& bytes) { put(bytes, QIODevice::Append); }
@@ -78,9 +78,9 @@ QString looked(LogTail& tail)
 }
 
 /// The window and the actions of its user.
-class Viewer {
+class LogWindowDriver {
 public:
-    explicit Viewer(Writer& writer)
+    explicit LogWindowDriver(LogFileWriter& writer)
         : window(writer.store(), nullptr)
     {
         window.resize(600, 300);
@@ -124,7 +124,7 @@ private Q_SLOTS:
 
     void growthComesAsItIsWritten()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("one\n");
         LogTail tail(writer.path());
         QCOMPARE(looked(tail), "one\n");
@@ -139,7 +139,7 @@ private Q_SLOTS:
 
     void aCharacterMayComeInTwoParts()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("\xc3");
         LogTail tail(writer.path());
         QCOMPARE(looked(tail), "");
@@ -151,7 +151,7 @@ private Q_SLOTS:
 
     void reportsAMissingFileOnce()
     {
-        Writer writer;
+        LogFileWriter writer;
         LogTail tail(writer.path());
         QCOMPARE(looked(tail), "<missing>");
         QCOMPARE(looked(tail), "");
@@ -179,7 +179,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, shown);
-        Writer writer;
+        LogFileWriter writer;
         writer.append("old lines\n");
         LogTail tail(writer.path());
         tail.look();
@@ -191,7 +191,7 @@ private Q_SLOTS:
 
     void theEndOfARotatedFileIsNotLost()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("old\n");
         LogTail tail(writer.path());
         QCOMPARE(looked(tail), "old\n");
@@ -209,7 +209,7 @@ private Q_SLOTS:
 
     void anUnreadableSuccessorIsWaitedFor()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("old\n");
         LogTail tail(writer.path());
         QCOMPARE(looked(tail), "old\n");
@@ -223,7 +223,7 @@ private Q_SLOTS:
 
     void aHugeFileIsReadFromNearItsEnd()
     {
-        Writer writer;
+        LogFileWriter writer;
         QFile file(writer.path());
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(file.resize(qint64 { 40 } * 1024 * 1024 * 1024)); // sparse
@@ -243,7 +243,7 @@ private Q_SLOTS:
 
     void longLinesAreBroken()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append(QByteArray(10000, 'x') + "\nshort\n");
         LogTail tail(writer.path());
         const QStringList shown = looked(tail).split(u'\n');
@@ -257,9 +257,9 @@ private Q_SLOTS:
 
     void theFileIsTypedAndFollowed()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append(lines(0, 300));
-        Viewer viewer(writer);
+        LogWindowDriver viewer(writer);
         QVERIFY(viewer.state().startsWith(u"Choose a log file"));
         viewer.openByName(writer.path());
         QVERIFY(viewer.text().endsWith(u"line 299\n"));
@@ -275,18 +275,18 @@ private Q_SLOTS:
 
     void storesTheFile()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("here\n");
         writer.store().setValue(QStringLiteral("log/file"), writer.path());
-        Viewer viewer(writer);
+        LogWindowDriver viewer(writer);
         QCOMPARE(viewer.text(), "here\n");
     }
 
     void scrollingUpPausesAndScrollingDownResumes()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append(lines(0, 300));
-        Viewer viewer(writer);
+        LogWindowDriver viewer(writer);
         viewer.openByName(writer.path());
         QTest::keyClick(&viewer.view(), Qt::Key_PageUp);
         TRY_VERIFY(!viewer.window.isFollowing());
@@ -307,9 +307,9 @@ private Q_SLOTS:
 
     void theCheckBoxPausesToo()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("one\n");
-        Viewer viewer(writer);
+        LogWindowDriver viewer(writer);
         viewer.openByName(writer.path());
         viewer.press("followCheck");
         QVERIFY(!viewer.window.isFollowing());
@@ -323,9 +323,9 @@ private Q_SLOTS:
 
     void theOldestLinesGo()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append(lines(0, 10));
-        Viewer viewer(writer);
+        LogWindowDriver viewer(writer);
         viewer.openByName(writer.path());
         writer.append(lines(10, LogWindow::maxLines));
         TRY_VERIFY(viewer.text().endsWith(QStringLiteral("line %1\n").arg(LogWindow::maxLines + 9)));
@@ -335,8 +335,8 @@ private Q_SLOTS:
 
     void reportsAMissingFileAndShowsItLater()
     {
-        Writer writer;
-        Viewer viewer(writer);
+        LogFileWriter writer;
+        LogWindowDriver viewer(writer);
         viewer.openByName(writer.path());
         QVERIFY(viewer.state().contains(QStringLiteral("cannot be read")));
         writer.append("there\n");
@@ -348,9 +348,9 @@ private Q_SLOTS:
 
     void textIsFoundUpAndDown()
     {
-        Writer writer;
+        LogFileWriter writer;
         writer.append("alpha\nbeta\ngamma\nbeta\n");
-        Viewer viewer(writer);
+        LogWindowDriver viewer(writer);
         viewer.openByName(writer.path());
         QVERIFY(!viewer.widget<QPushButton>("nextButton").isEnabled());
         QTest::keyClicks(&viewer.widget<QLineEdit>("findEdit"), "beta");

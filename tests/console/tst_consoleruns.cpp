@@ -18,9 +18,9 @@ const QByteArray folder("OK:\nbeam000010_20260102/\nbeam000009_20260103/\nalpha0
                         "beam000012_20261399/\nbeam000013_20260101\n");
 
 /// A server with runs in its own directory, and other folders.
-class Archive : public ScriptedServer {
+class RunServer : public ScriptedServer {
 public:
-    Archive()
+    RunServer()
     {
         answer("pwd", { Step::text("OK:\n/data\n") });
         answer("ls-F \"/data\"", { Step::text(folder) });
@@ -29,8 +29,8 @@ public:
     }
 };
 
-struct OpenRuns {
-    explicit OpenRuns(ConsoleFixture& fixture)
+struct RunsWindowDriver {
+    explicit RunsWindowDriver(ConsoleFixture& fixture)
         : window(&fixture.opened<RunsWindow>("runs"))
     {
     }
@@ -86,9 +86,9 @@ private Q_SLOTS:
 
     void runsAreSortedByPrefixRunAndDate()
     {
-        Archive server;
+        RunServer server;
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(4));
         QCOMPARE(runs.names(),
             (QStringList {
@@ -112,9 +112,9 @@ private Q_SLOTS:
         QFETCH(int, column);
         QFETCH(QString, first);
         QFETCH(QString, last);
-        Archive server;
+        RunServer server;
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(4));
         runs.sortBy(column);
         QCOMPARE(runs.names().constFirst(), first);
@@ -125,9 +125,9 @@ private Q_SLOTS:
 
     void prefixAndPartFilter()
     {
-        Archive server;
+        RunServer server;
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(4));
         auto& prefixes = runs.widget<QComboBox>("prefixCombo");
         QCOMPARE(prefixes.count(), 3);
@@ -147,9 +147,9 @@ private Q_SLOTS:
 
     void anotherFolderIsTyped()
     {
-        Archive server;
+        RunServer server;
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(4));
         runs.goTo(QStringLiteral("/other \"x\""));
         QVERIFY(runs.lists(1));
@@ -163,9 +163,9 @@ private Q_SLOTS:
 
     void insertsAChosenRunIntoTheCommandLine()
     {
-        Archive server;
+        RunServer server;
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(4));
         auto& button = runs.widget<QPushButton>("insertButton");
         QVERIFY(!button.isEnabled());
@@ -176,9 +176,9 @@ private Q_SLOTS:
 
     void aLostServerLeavesTheRunsOnShow()
     {
-        Archive server;
+        RunServer server;
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(4));
         server.answer("pwd", { Step::drop() });
         press(runs.widget<QPushButton>("refreshButton"));
@@ -194,10 +194,10 @@ private Q_SLOTS:
         QByteArray many("OK:\n");
         for (int i = 0; i < 10000; ++i)
             many += "run" + QByteArray::number(i).rightJustified(6, '0') + "_20260101/\n";
-        Archive server;
+        RunServer server;
         server.answer("ls-F \"/data\"", { Step::text(many) });
         ConsoleFixture fixture(server);
-        const OpenRuns runs(fixture);
+        const RunsWindowDriver runs(fixture);
         QVERIFY(runs.lists(10000));
         runs.sortBy(RunTable::Run, Qt::DescendingOrder);
         QCOMPARE(runs.names().constFirst(), "run009999_20260101");

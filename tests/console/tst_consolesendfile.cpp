@@ -14,17 +14,17 @@ using namespace tarnis::testing;
 namespace {
 
 /// A server with a folder.
-class Archive : public ScriptedServer {
+class FolderServer : public ScriptedServer {
 public:
-    Archive()
+    FolderServer()
     {
         answer("pwd", { Step::text("OK:\n/data\n") });
         answer("ls-F \"/data\"", { Step::text("OK:\nnotes.txt\nold/\n") });
     }
 };
 
-/// Files of this machine.
-class Desktop {
+/// Files on this machine, in a temporary folder.
+class LocalFiles {
 public:
     QString file(const QString& name, const QByteArray& content = "text") const
     {
@@ -69,8 +69,8 @@ private Q_SLOTS:
             if (value != 4)
                 content += char(value);
         }
-        const Desktop files;
-        Archive server;
+        const LocalFiles files;
+        FolderServer server;
         ConsoleFixture fixture(server);
         fixture.window->commandPanel().sendFile(files.file(QStringLiteral("all.bin"), content));
         QVERIFY(fixture.shows(QStringLiteral("txfile all.bin  (255 bytes)")));
@@ -92,8 +92,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, request);
-        const Desktop files;
-        Archive server;
+        const LocalFiles files;
+        FolderServer server;
         ConsoleFixture fixture(server);
         fixture.window->commandPanel().sendFile(files.file(name));
         QVERIFY(server.waitForRequest(request));
@@ -102,8 +102,8 @@ private Q_SLOTS:
     void overwritesAServerFileOnlyAfterConfirmation()
     {
         const QByteArray request("txfile notes.txt\ntext");
-        const Desktop files;
-        Archive server;
+        const LocalFiles files;
+        FolderServer server;
         ConsoleFixture fixture(server);
         fixture.window->commandPanel().sendFile(files.file(QStringLiteral("notes.txt")));
         QVERIFY(isAsked(fixture));
@@ -125,8 +125,8 @@ private Q_SLOTS:
 
     void aServerThatDoesNotListIsNoReasonToOverwrite()
     {
-        const Desktop files;
-        Archive server;
+        const LocalFiles files;
+        FolderServer server;
         server.answer("ls-F \"/data\"", { Step::text("NG:no permission\n") });
         ConsoleFixture fixture(server);
         fixture.window->commandPanel().sendFile(files.file(QStringLiteral("new.txt")));
@@ -139,8 +139,8 @@ private Q_SLOTS:
 
     void reportsALostServer()
     {
-        const Desktop files;
-        Archive server;
+        const LocalFiles files;
+        FolderServer server;
         server.answer("pwd", { Step::hold("pwd") });
         ConsoleFixture fixture(server);
         fixture.window->commandPanel().sendFile(files.file(QStringLiteral("new.txt")));
@@ -154,8 +154,8 @@ private Q_SLOTS:
 
     void aFileThatCannotBeSentIsRefusedWithAReason()
     {
-        const Desktop files;
-        Archive server;
+        const LocalFiles files;
+        FolderServer server;
         ConsoleFixture fixture(server);
         fixture.window->commandPanel().sendFile(QStringLiteral("/no/such/file"));
         QVERIFY(fixture.alert().text.contains(QStringLiteral("cannot be read")));
@@ -167,7 +167,7 @@ private Q_SLOTS:
 
     void aFileOfTheServerIsShownAsTextOrSize()
     {
-        Archive server;
+        FolderServer server;
         server.answer("rxfile notes.txt", { Step::binary("one\ntwo\n", "OK: /data/notes.txt, 8 bytes\n") });
         server.answer("rxfile image", { Step::binary(QByteArray("a\0b", 3), "OK: /data/image, 3 bytes\n") });
         server.answer("rxfile none", { Step::binary("", "NG:cannot read\n") });

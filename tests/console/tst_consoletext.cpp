@@ -18,9 +18,9 @@ using namespace tarnis::testing;
 namespace {
 
 /// A server with a file.
-class Archive : public ScriptedServer {
+class TextFileServer : public ScriptedServer {
 public:
-    Archive()
+    TextFileServer()
     {
         answer("pwd", { Step::text("OK:\n/data\n") });
         answer("ls-F \"/data\"", { Step::text("OK:\nnotes.txt\nold/\n") });
@@ -30,8 +30,8 @@ public:
     }
 };
 
-struct OpenText {
-    explicit OpenText(ConsoleFixture& fixture)
+struct TextWindowDriver {
+    explicit TextWindowDriver(ConsoleFixture& fixture)
         : window(&fixture.opened<ServerTextWindow>("server-text"))
     {
     }
@@ -148,9 +148,9 @@ private Q_SLOTS:
 
     void aFileIsChosenAndOpened()
     {
-        Archive server;
+        TextFileServer server;
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         QVERIFY(text.choosesNotes());
         QVERIFY(text.shows(QStringLiteral("Opened, 8 bytes")));
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
@@ -160,10 +160,10 @@ private Q_SLOTS:
 
     void changesAreSavedInPlace()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nthree", { Step::text("OK:\nfile: /data/notes.txt\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "three");
@@ -175,19 +175,19 @@ private Q_SLOTS:
 
     void aNewNameIsChosenForSaving()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/new.md\"\nhello", { Step::text("OK:\nfile: /data/new.md\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton"); // has no file yet
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
-        QVERIFY(!OpenText::ok(*chooser).isEnabled());
-        QCOMPARE(OpenText::stateOf(*chooser), "Type a name, or choose a file");
-        QCOMPARE(OpenText::ok(*chooser).toolTip(), "Type a name, or choose a file");
+        QVERIFY(!TextWindowDriver::ok(*chooser).isEnabled());
+        QCOMPARE(TextWindowDriver::stateOf(*chooser), "Type a name, or choose a file");
+        QCOMPARE(TextWindowDriver::ok(*chooser).toolTip(), "Type a name, or choose a file");
         QTest::keyClicks(&child<QLineEdit>(*chooser, "fileNameLineEdit"), "new.md");
-        QCOMPARE(OpenText::stateOf(*chooser), "OK selects /data/new.md");
+        QCOMPARE(TextWindowDriver::stateOf(*chooser), "OK selects /data/new.md");
         acceptChoice(*chooser);
         QVERIFY(text.shows(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/new.md"); // as it was typed
@@ -195,9 +195,9 @@ private Q_SLOTS:
 
     void thePresentNameIsThere()
     {
-        Archive server;
+        TextFileServer server;
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.press("saveAsButton");
         QDialog* const chooser = text.chooser();
@@ -208,45 +208,45 @@ private Q_SLOTS:
         const auto& list = child<QListWidget>(*chooser, "curDirListWidget");
         TRY_COMPARE(list.count(), 2);
         QCOMPARE(list.item(0)->text(), "notes.txt");
-        TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
+        TRY_VERIFY(TextWindowDriver::ok(*chooser).isEnabled());
         name.setText(QStringLiteral("a/b"));
-        QVERIFY(!OpenText::ok(*chooser).isEnabled());
-        QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("slash")));
+        QVERIFY(!TextWindowDriver::ok(*chooser).isEnabled());
+        QVERIFY(TextWindowDriver::stateOf(*chooser).contains(QStringLiteral("slash")));
     }
 
     void aChooserShowsWhatIsMissing()
     {
-        Archive server;
+        TextFileServer server;
         server.answer(
             "ls-F \"/data/old\"", { Step::hold("old"), Step::text("NG:cannot list '/data/old': No permission\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.press("openButton");
         QDialog* const chooser = text.chooser();
         QVERIFY(chooser);
-        QVERIFY(OpenText::shows(*chooser, QStringLiteral("Choose a file")));
-        QVERIFY(!OpenText::ok(*chooser).isEnabled());
-        OpenText::choose(*chooser, QStringLiteral("old/"));
-        QCOMPARE(OpenText::stateOf(*chooser), "Choose a file; Enter opens the folder");
+        QVERIFY(TextWindowDriver::shows(*chooser, QStringLiteral("Choose a file")));
+        QVERIFY(!TextWindowDriver::ok(*chooser).isEnabled());
+        TextWindowDriver::choose(*chooser, QStringLiteral("old/"));
+        QCOMPARE(TextWindowDriver::stateOf(*chooser), "Choose a file; Enter opens the folder");
         QTest::keyClick(&child<QListWidget>(*chooser, "curDirListWidget"), Qt::Key_Return);
-        QCOMPARE(OpenText::stateOf(*chooser), "Listing...");
-        QVERIFY(!OpenText::ok(*chooser).isEnabled());
+        QCOMPARE(TextWindowDriver::stateOf(*chooser), "Listing...");
+        QVERIFY(!TextWindowDriver::ok(*chooser).isEnabled());
         server.release("old");
         // The chooser returns to the server's own folder; the reason remains shown.
-        QVERIFY(OpenText::shows(*chooser, QStringLiteral("No permission\nChoose a file")));
-        OpenText::choose(*chooser, QStringLiteral("notes.txt"));
-        TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
+        QVERIFY(TextWindowDriver::shows(*chooser, QStringLiteral("No permission\nChoose a file")));
+        TextWindowDriver::choose(*chooser, QStringLiteral("notes.txt"));
+        TRY_VERIFY(TextWindowDriver::ok(*chooser).isEnabled());
         server.answer("ls-F \"/\"", { Step::text("OK:\ndata/\n") });
         child<QComboBox>(*chooser, "dirComboBox").setCurrentIndex(0);
-        TRY_COMPARE(OpenText::stateOf(*chooser), "Choose a file");
+        TRY_COMPARE(TextWindowDriver::stateOf(*chooser), "Choose a file");
     }
 
     void keepsATypedNameWhenTheServerIsLost()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/x\"\nhello", { Step::text("OK:\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         QTest::keyClicks(&text.edit(), "hello");
         text.press("saveButton");
         QPointer<QDialog> chooser = text.chooser();
@@ -255,12 +255,12 @@ private Q_SLOTS:
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
         QVERIFY(chooser && chooser->isVisible());
-        QVERIFY(!OpenText::ok(*chooser).isEnabled());
-        QVERIFY(OpenText::stateOf(*chooser).contains(QStringLiteral("no connection")));
+        QVERIFY(!TextWindowDriver::ok(*chooser).isEnabled());
+        QVERIFY(TextWindowDriver::stateOf(*chooser).contains(QStringLiteral("no connection")));
         QVERIFY(!QApplication::activeModalWidget()); // otherwise the server could not be started
         fixture.choose("startAction");
         QVERIFY(fixture.reaches(ServerState::Up));
-        TRY_VERIFY(OpenText::ok(*chooser).isEnabled());
+        TRY_VERIFY(TextWindowDriver::ok(*chooser).isEnabled());
         acceptChoice(*chooser);
         QVERIFY(text.shows(QStringLiteral("Saved")));
         QCOMPARE(text.path(), "/data/x");
@@ -268,9 +268,9 @@ private Q_SLOTS:
 
     void reportsThatSavingNeedsAServer()
     {
-        Archive server;
+        TextFileServer server;
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         QTest::keyClicks(&text.edit(), "hello");
         text.window->close();
         fixture.choose("shutDownAction");
@@ -283,9 +283,9 @@ private Q_SLOTS:
 
     void changesGoOnlyWhenTheOtherFileIsThere()
     {
-        Archive server;
+        TextFileServer server;
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         QTest::keyClicks(&text.edit(), "mine");
         text.press("openButton");
         QVERIFY(text.chooser());
@@ -311,11 +311,11 @@ private Q_SLOTS:
 
     void whatIsTypedDuringAWriteIsNotSaved()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::text("OK:\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.append(QStringLiteral("x"));
         text.press("saveButton");
@@ -336,11 +336,11 @@ private Q_SLOTS:
 
     void closingDuringAWriteSavesTheRest()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::hold("write"), Step::text("OK:\n") });
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nxy", { Step::hold("rest"), Step::text("OK:\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.append(QStringLiteral("x"));
         text.press("saveButton");
@@ -357,10 +357,10 @@ private Q_SLOTS:
 
     void nothingIsTypedWhileAFileComes()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("rxfile \"/data/notes.txt\"", { Step::hold("read"), Step::binary("one\n", "OK:\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.window->openFile(QStringLiteral("/data/notes.txt"));
         QVERIFY(text.edit().isReadOnly());
         QVERIFY(server.waitForHold("read"));
@@ -373,10 +373,10 @@ private Q_SLOTS:
 
     void reportsRejectionsAndChangesNothing()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("NG:cannot write\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.window->openFile(QStringLiteral("/none"));
         QVERIFY(text.shows(QStringLiteral("NG:cannot read '/none'")));
@@ -393,10 +393,10 @@ private Q_SLOTS:
 
     void aLostServerLeavesTheText()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::drop() });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
@@ -410,10 +410,10 @@ private Q_SLOTS:
 
     void closingAsksAboutChanges()
     {
-        Archive server;
+        TextFileServer server;
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         text.openNotes();
         text.edit().moveCursor(QTextCursor::End);
         QTest::keyClicks(&text.edit(), "x");
@@ -429,9 +429,9 @@ private Q_SLOTS:
 
     void dropsDiscardedChanges()
     {
-        Archive server;
+        TextFileServer server;
         ConsoleFixture fixture(server);
-        const OpenText text(fixture);
+        const TextWindowDriver text(fixture);
         QTest::keyClicks(&text.edit(), "x");
         text.window->close();
         text.answer(QMessageBox::Discard);

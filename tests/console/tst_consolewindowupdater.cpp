@@ -71,7 +71,7 @@ private Q_SLOTS:
         server.answer("hist1d time 0 2 bins:1000", { Step::doubles(QList<double>(3000, 1.0), "OK:\n") });
         server.answer("hist2d image bins:3x2", { Step::doubles({ 1, 2, 3, 4, 5, 9 }, "OK: exported 3 x 2 y\n") });
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.opensTheMap());
         OpenWindows& windows = fixture.window->windows();
         const QPointer<QWidget> curves = fixture.find("curves");
@@ -217,7 +217,7 @@ private Q_SLOTS:
     {
         HistogramServer server;
         ConsoleFixture fixture(server);
-        OpenList list(fixture);
+        HistogramChooserDriver list(fixture);
         QVERIFY(list.opensTheMap());
         const QString id = QStringLiteral("histogram image");
         const QPointer<Graph2DDialog> map = qobject_cast<Graph2DDialog*>(fixture.window->windows().find(id));

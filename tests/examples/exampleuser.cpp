@@ -38,7 +38,7 @@ void expect(const char* what, const std::function<bool()>& condition)
 {
     if (eventually(condition))
         return;
-    std::fprintf(stderr, "the hand waits in vain: %s\n", what);
+    std::fprintf(stderr, "timeout while waiting for: %s\n", what);
     throw Failed();
 }
 
@@ -166,7 +166,7 @@ bool showsStatistics()
 void use()
 {
     try {
-        HAND_STEPS();
+        EXAMPLE_STEPS();
     } catch (const Failed&) {
         QCoreApplication::exit(1);
         return;

@@ -74,10 +74,10 @@ bool isUnder(double a, double b, AxisRange range)
     return std::abs(a - b) <= 0.1 * std::abs(range.max - range.min);
 }
 
-/// A plot that is shown, with a navigator and fingers.
-class Hand {
+/// A plot that is shown, with a navigator, and fingers on it.
+class TouchDriver {
 public:
-    explicit Hand(const QString& kind)
+    explicit TouchDriver(const QString& kind)
     {
         if (kind == QStringLiteral("curves"))
             makeCurves();
@@ -182,47 +182,47 @@ private Q_SLOTS:
     void twoFingersZoomAboutTheirMiddle()
     {
         QFETCH(const QString, kind);
-        Hand hand(kind);
-        MouseLog mouse(*hand.plot);
-        const View before = hand.view();
-        const QPoint at = hand.middle() + QPoint(30, 20);
-        const QPointF value = hand.valueAt(at);
-        hand.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
-        hand.moveBoth(at - QPoint(55, 0), at + QPoint(55, 0)); // a hand that is not steady
-        QCOMPARE(hand.view(), before);
-        hand.moveBoth(at - QPoint(90, 0), at + QPoint(90, 0));
-        hand.moveBoth(at - QPoint(120, 0), at + QPoint(120, 0));
-        hand.releaseBoth(at - QPoint(120, 0), at + QPoint(120, 0));
+        TouchDriver driver(kind);
+        MouseLog mouse(*driver.plot);
+        const View before = driver.view();
+        const QPoint at = driver.middle() + QPoint(30, 20);
+        const QPointF value = driver.valueAt(at);
+        driver.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
+        driver.moveBoth(at - QPoint(55, 0), at + QPoint(55, 0)); // a driver that is not steady
+        QCOMPARE(driver.view(), before);
+        driver.moveBoth(at - QPoint(90, 0), at + QPoint(90, 0));
+        driver.moveBoth(at - QPoint(120, 0), at + QPoint(120, 0));
+        driver.releaseBoth(at - QPoint(120, 0), at + QPoint(120, 0));
         // 2.4 times as far apart, beyond the 1.2 times from which it is a zoom
-        const View after = hand.view();
+        const View after = driver.view();
         QVERIFY(isNear(after.x.max - after.x.min, (before.x.max - before.x.min) / 2.0));
         QVERIFY(isNear(after.y.max - after.y.min, (before.y.max - before.y.min) / 2.0));
-        QVERIFY(isUnder(hand.valueAt(at).x(), value.x(), before.x));
+        QVERIFY(isUnder(driver.valueAt(at).x(), value.x(), before.x));
         if (kind == QStringLiteral("curves"))
             QCOMPARE(after.y.min, 0.0);
         else
-            QVERIFY(isUnder(hand.valueAt(at).y(), value.y(), before.y));
+            QVERIFY(isUnder(driver.valueAt(at).y(), value.y(), before.y));
         QCOMPARE(mouse.text, QString());
 
-        QVERIFY(hand.navigator->canGoBack());
-        hand.navigator->goBack();
-        hand.plot->grab(); // fits the automatic axis
-        QCOMPARE(hand.view(), before);
-        QVERIFY(!hand.navigator->canGoBack()); // one gesture, one entry
+        QVERIFY(driver.navigator->canGoBack());
+        driver.navigator->goBack();
+        driver.plot->grab(); // fits the automatic axis
+        QCOMPARE(driver.view(), before);
+        QVERIFY(!driver.navigator->canGoBack()); // one gesture, one entry
     }
 
     void fingersThatApproachZoomOut()
     {
-        Hand hand(QStringLiteral("map"));
-        const QPoint at = hand.middle();
-        hand.navigator->zoomIn();
-        hand.navigator->zoomIn();
-        hand.navigator->zoomIn();
-        const View before = hand.view();
-        hand.pressBoth(at - QPoint(0, 120), at + QPoint(0, 120));
-        hand.moveBoth(at - QPoint(0, 80), at + QPoint(0, 80));
-        hand.releaseBoth(at - QPoint(0, 80), at + QPoint(0, 80));
-        const View after = hand.view();
+        TouchDriver driver(QStringLiteral("map"));
+        const QPoint at = driver.middle();
+        driver.navigator->zoomIn();
+        driver.navigator->zoomIn();
+        driver.navigator->zoomIn();
+        const View before = driver.view();
+        driver.pressBoth(at - QPoint(0, 120), at + QPoint(0, 120));
+        driver.moveBoth(at - QPoint(0, 80), at + QPoint(0, 80));
+        driver.releaseBoth(at - QPoint(0, 80), at + QPoint(0, 80));
+        const View after = driver.view();
         QVERIFY(isNear(after.x.max - after.x.min, (before.x.max - before.x.min) * 1.25)); // 1.5 / 1.2
     }
 
@@ -230,154 +230,155 @@ private Q_SLOTS:
     void twoFingersMoveThePlot()
     {
         QFETCH(const QString, kind);
-        Hand hand(kind);
-        const View before = hand.view();
-        const QPoint at = hand.middle();
-        const QPointF value = hand.valueAt(at);
+        TouchDriver driver(kind);
+        const View before = driver.view();
+        const QPoint at = driver.middle();
+        const QPointF value = driver.valueAt(at);
         const QPoint by(40, 25);
-        hand.pressBoth(at - QPoint(60, 0), at + QPoint(60, 0));
-        hand.moveBoth(at - QPoint(60, 0) + by / 2, at + QPoint(60, 0) + by / 2);
-        hand.moveBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
-        const View moved = hand.view();
+        driver.pressBoth(at - QPoint(60, 0), at + QPoint(60, 0));
+        driver.moveBoth(at - QPoint(60, 0) + by / 2, at + QPoint(60, 0) + by / 2);
+        driver.moveBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
+        const View moved = driver.view();
         QVERIFY(isNear(moved.x.max - moved.x.min, before.x.max - before.x.min));
         QVERIFY(moved.x != before.x && moved.y != before.y);
-        const QPointF under = hand.valueAt(at + by);
+        const QPointF under = driver.valueAt(at + by);
         QVERIFY(isUnder(under.x(), value.x(), before.x) && isUnder(under.y(), value.y(), before.y));
-        hand.moveBoth(at - QPoint(60, 0), at + QPoint(60, 0));
-        QCOMPARE(hand.view(), before); // equal to the last bit
-        hand.moveBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
-        hand.releaseBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
-        QCOMPARE(hand.view(), moved);
-        hand.navigator->goBack();
-        hand.plot->grab(); // fits the automatic axis
-        QCOMPARE(hand.view(), before);
-        QVERIFY(!hand.navigator->canGoBack());
+        driver.moveBoth(at - QPoint(60, 0), at + QPoint(60, 0));
+        QCOMPARE(driver.view(), before); // equal to the last bit
+        driver.moveBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
+        driver.releaseBoth(at - QPoint(60, 0) + by, at + QPoint(60, 0) + by);
+        QCOMPARE(driver.view(), moved);
+        driver.navigator->goBack();
+        driver.plot->grab(); // fits the automatic axis
+        QCOMPARE(driver.view(), before);
+        QVERIFY(!driver.navigator->canGoBack());
     }
 
     void twoFingersOnAnAxisKeepTheOther()
     {
-        Hand hand(QStringLiteral("curves"));
-        const View before = hand.view();
-        const QPoint at(hand.middle().x(), PlotMapping::of(*hand.plot).plotRect().bottom() + 8);
-        hand.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
-        hand.moveBoth(at - QPoint(120, 0), at + QPoint(120, 0));
-        hand.releaseBoth(at - QPoint(120, 0), at + QPoint(120, 0));
-        QVERIFY(isNear(hand.view().x.max - hand.view().x.min, (before.x.max - before.x.min) / 2.0));
-        QCOMPARE(hand.view().y, before.y);
+        TouchDriver driver(QStringLiteral("curves"));
+        const View before = driver.view();
+        const QPoint at(driver.middle().x(), PlotMapping::of(*driver.plot).plotRect().bottom() + 8);
+        driver.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
+        driver.moveBoth(at - QPoint(120, 0), at + QPoint(120, 0));
+        driver.releaseBoth(at - QPoint(120, 0), at + QPoint(120, 0));
+        QVERIFY(isNear(driver.view().x.max - driver.view().x.min, (before.x.max - before.x.min) / 2.0));
+        QCOMPARE(driver.view().y, before.y);
     }
 
     void aCancelledGestureLeavesNothing()
     {
-        Hand hand(QStringLiteral("map"));
-        const View before = hand.view();
-        const QPoint at = hand.middle();
-        hand.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
-        hand.moveBoth(at - QPoint(100, 0), at + QPoint(100, 0));
-        QVERIFY(hand.view() != before);
+        TouchDriver driver(QStringLiteral("map"));
+        const View before = driver.view();
+        const QPoint at = driver.middle();
+        driver.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
+        driver.moveBoth(at - QPoint(100, 0), at + QPoint(100, 0));
+        QVERIFY(driver.view() != before);
         QTouchEvent cancel(QEvent::TouchCancel, screen());
-        QCoreApplication::sendEvent(hand.plot.get(), &cancel);
-        QCOMPARE(hand.view(), before);
-        QVERIFY(!hand.navigator->canGoBack());
-        hand.releaseBoth(at, at);
-        QCOMPARE(hand.view(), before);
+        QCoreApplication::sendEvent(driver.plot.get(), &cancel);
+        QCOMPARE(driver.view(), before);
+        QVERIFY(!driver.navigator->canGoBack());
+        driver.releaseBoth(at, at);
+        QCOMPARE(driver.view(), before);
     }
 
     void oneFingerIsTheMouse()
     {
-        Hand hand(QStringLiteral("curves"));
-        MouseLog mouse(*hand.plot);
-        const QPoint at = hand.middle();
-        hand.press(0, at);
+        TouchDriver driver(QStringLiteral("curves"));
+        MouseLog mouse(*driver.plot);
+        const QPoint at = driver.middle();
+        driver.press(0, at);
         QCOMPARE(mouse.text, QString()); // a second finger may follow
-        hand.move(0, at + QPoint(40, 0));
-        hand.move(0, at + QPoint(80, 0));
-        hand.release(0, at + QPoint(80, 0));
+        driver.move(0, at + QPoint(40, 0));
+        driver.move(0, at + QPoint(80, 0));
+        driver.release(0, at + QPoint(80, 0));
         QCOMPARE(mouse.text, QStringLiteral("mPMMR"));
         mouse.text.clear();
-        hand.tap(at - QPoint(100, 0));
+        driver.tap(at - QPoint(100, 0));
         QCOMPARE(mouse.text, QStringLiteral("mPR"));
         mouse.text.clear();
-        hand.tap(at + QPoint(100, 0));
+        driver.tap(at + QPoint(100, 0));
         QCOMPARE(mouse.text, QStringLiteral("mPR")); // too far away for a double click
         mouse.text.clear();
-        hand.tap(at + QPoint(100, 0));
+        driver.tap(at + QPoint(100, 0));
         QCOMPARE(mouse.text, QStringLiteral("mDR"));
-        QVERIFY(!hand.navigator->canGoBack());
+        QVERIFY(!driver.navigator->canGoBack());
     }
 
     void aSecondFingerDoesNotDisturbADrag()
     {
-        Hand hand(QStringLiteral("curves"));
-        const View before = hand.view();
-        MouseLog mouse(*hand.plot);
-        const QPoint at = hand.middle();
-        hand.press(0, at);
-        hand.move(0, at + QPoint(40, 0));
-        QTest::touchEvent(hand.plot.get(), screen()).move(0, at + QPoint(40, 0)).press(1, at + QPoint(100, 0));
-        hand.moveBoth(at + QPoint(60, 0), at + QPoint(200, 0));
-        hand.releaseBoth(at + QPoint(60, 0), at + QPoint(200, 0));
+        TouchDriver driver(QStringLiteral("curves"));
+        const View before = driver.view();
+        MouseLog mouse(*driver.plot);
+        const QPoint at = driver.middle();
+        driver.press(0, at);
+        driver.move(0, at + QPoint(40, 0));
+        QTest::touchEvent(driver.plot.get(), screen()).move(0, at + QPoint(40, 0)).press(1, at + QPoint(100, 0));
+        driver.moveBoth(at + QPoint(60, 0), at + QPoint(200, 0));
+        driver.releaseBoth(at + QPoint(60, 0), at + QPoint(200, 0));
         QVERIFY(mouse.text.startsWith(QStringLiteral("mPM")) && mouse.text.endsWith(QStringLiteral("MR")));
         QVERIFY(mouse.text.count(u'P') == 1 && mouse.text.count(u'R') == 1);
-        QCOMPARE(hand.view(), before);
+        QCOMPARE(driver.view(), before);
         mouse.text.clear();
-        hand.tap(at);
+        driver.tap(at);
         QCOMPARE(mouse.text, QStringLiteral("mPR")); // works again
     }
 
     void aFingerThatRestsOpensTheMenu()
     {
-        Hand hand(QStringLiteral("curves"));
-        MouseLog mouse(*hand.plot);
+        TouchDriver driver(QStringLiteral("curves"));
+        MouseLog mouse(*driver.plot);
         QGuiApplication::styleHints()->setMousePressAndHoldInterval(1);
-        hand.press(0, hand.middle());
-        TRY_VERIFY(hand.plot->findChild<QMenu*>() != nullptr && hand.plot->findChild<QMenu*>()->isVisible());
+        driver.press(0, driver.middle());
+        TRY_VERIFY(driver.plot->findChild<QMenu*>() != nullptr && driver.plot->findChild<QMenu*>()->isVisible());
         QVERIFY(mouse.text.startsWith(u'p'));
-        hand.plot->findChild<QMenu*>()->close();
-        hand.release(0, hand.middle());
+        driver.plot->findChild<QMenu*>()->close();
+        driver.release(0, driver.middle());
         QVERIFY(!mouse.text.contains(u'P'));
     }
 
     void aTouchpadIsLeftToQt()
     {
         static QPointingDevice* const pad = QTest::createTouchDevice(QInputDevice::DeviceType::TouchPad);
-        Hand hand(QStringLiteral("map"));
-        const View before = hand.view();
-        const QPoint at = hand.middle();
-        QTest::touchEvent(hand.plot.get(), pad).press(0, at - QPoint(50, 0)).press(1, at + QPoint(50, 0));
-        QTest::touchEvent(hand.plot.get(), pad).move(0, at - QPoint(120, 0)).move(1, at + QPoint(120, 0));
-        QTest::touchEvent(hand.plot.get(), pad).release(0, at).release(1, at);
-        QCOMPARE(hand.view(), before);
+        TouchDriver driver(QStringLiteral("map"));
+        const View before = driver.view();
+        const QPoint at = driver.middle();
+        QTest::touchEvent(driver.plot.get(), pad).press(0, at - QPoint(50, 0)).press(1, at + QPoint(50, 0));
+        QTest::touchEvent(driver.plot.get(), pad).move(0, at - QPoint(120, 0)).move(1, at + QPoint(120, 0));
+        QTest::touchEvent(driver.plot.get(), pad).release(0, at).release(1, at);
+        QCOMPARE(driver.view(), before);
     }
 
     void attachesAndDetachesInMidGesture()
     {
-        Hand hand(QStringLiteral("map"));
-        const QPoint at = hand.middle();
-        QVERIFY(hand.plot->testAttribute(Qt::WA_AcceptTouchEvents));
-        hand.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
-        hand.moveBoth(at - QPoint(80, 0), at + QPoint(80, 0));
-        delete hand.navigator;
-        QVERIFY(!hand.plot->testAttribute(Qt::WA_AcceptTouchEvents));
-        const View before = hand.view();
-        hand.moveBoth(at - QPoint(120, 0), at + QPoint(120, 0));
-        hand.navigator = new PlotNavigator(hand.plot.get());
-        hand.moveBoth(at - QPoint(150, 0), at + QPoint(150, 0));
-        hand.releaseBoth(at - QPoint(150, 0), at + QPoint(150, 0));
-        QCOMPARE(hand.view(), before);
+        TouchDriver driver(QStringLiteral("map"));
+        const QPoint at = driver.middle();
+        QVERIFY(driver.plot->testAttribute(Qt::WA_AcceptTouchEvents));
+        driver.pressBoth(at - QPoint(50, 0), at + QPoint(50, 0));
+        driver.moveBoth(at - QPoint(80, 0), at + QPoint(80, 0));
+        delete driver.navigator;
+        QVERIFY(!driver.plot->testAttribute(Qt::WA_AcceptTouchEvents));
+        const View before = driver.view();
+        driver.moveBoth(at - QPoint(120, 0), at + QPoint(120, 0));
+        driver.navigator = new PlotNavigator(driver.plot.get());
+        driver.moveBoth(at - QPoint(150, 0), at + QPoint(150, 0));
+        driver.releaseBoth(at - QPoint(150, 0), at + QPoint(150, 0));
+        QCOMPARE(driver.view(), before);
     }
 
     void survivesThePlotInMidGesture()
     {
-        Hand hand(QStringLiteral("curves"));
-        const QPoint at = hand.middle();
-        hand.press(0, at);
-        QObject::connect(hand.navigator, &PlotNavigator::historyChanged, hand.plot.get(), [&] { hand.plot.reset(); });
-        QTest::touchEvent(hand.plot.get(), screen()).move(0, at).press(1, at + QPoint(90, 0));
-        hand.moveBoth(at - QPoint(60, 0), at + QPoint(150, 0));
+        TouchDriver driver(QStringLiteral("curves"));
+        const QPoint at = driver.middle();
+        driver.press(0, at);
+        QObject::connect(
+            driver.navigator, &PlotNavigator::historyChanged, driver.plot.get(), [&] { driver.plot.reset(); });
+        QTest::touchEvent(driver.plot.get(), screen()).move(0, at).press(1, at + QPoint(90, 0));
+        driver.moveBoth(at - QPoint(60, 0), at + QPoint(150, 0));
         // The release ends the gesture, whose entry destroys the plot.
-        if (hand.plot != nullptr)
-            QTest::touchEvent(hand.plot.get(), screen()).release(0, at).move(1, at);
-        QVERIFY(hand.plot == nullptr);
+        if (driver.plot != nullptr)
+            QTest::touchEvent(driver.plot.get(), screen()).release(0, at).move(1, at);
+        QVERIFY(driver.plot == nullptr);
     }
 };
 
