@@ -64,9 +64,9 @@ struct Record {
     int ends = 0;
 };
 
-class World {
+class RandomScenario {
 public:
-    explicit World(std::mt19937_64 generator)
+    explicit RandomScenario(std::mt19937_64 generator)
         : m_random(generator)
     {
         for (const auto& server : m_servers)
@@ -109,7 +109,7 @@ private:
     QMap<std::pair<int, int>, int> m_lastReplied; ///< client and priority to sequence
 };
 
-void World::renew(int slot)
+void RandomScenario::renew(int slot)
 {
     ClientOptions options;
     options.maxQueued = maxQueued;
@@ -124,14 +124,14 @@ void World::renew(int slot)
     connectClient(*m_clients[std::size_t(slot)]);
 }
 
-void World::connectClient(Client& client)
+void RandomScenario::connectClient(Client& client)
 {
     const quint16 port =
         chance(m_random, 0.05) ? ScriptedServer::closedPort() : m_servers[std::size_t(whole(m_random, 0, 1))]->port();
     client.connectTo(ScriptedServer::host(), chance(m_random, 0.02) ? quint16(0) : port);
 }
 
-void World::request(int slot)
+void RandomScenario::request(int slot)
 {
     auto record = std::make_shared<Record>();
     const bool troubles = chance(m_random, 0.15);
@@ -161,7 +161,7 @@ void World::request(int slot)
         note(QStringLiteral("%1 requests are pending").arg(client.pending()));
 }
 
-void World::onEnd(Record& record, const Reply& reply)
+void RandomScenario::onEnd(Record& record, const Reply& reply)
 {
     ++record.ends;
     ++outcomes[reply.outcome];
@@ -171,7 +171,7 @@ void World::onEnd(Record& record, const Reply& reply)
 }
 
 /// As the message box of a receiver does.
-void World::runEventLoop()
+void RandomScenario::runEventLoop()
 {
     constexpr int deepest = 3;
     if (m_depth == deepest)
@@ -181,7 +181,7 @@ void World::runEventLoop()
     --m_depth;
 }
 
-void World::check(Record& record, const Reply& reply)
+void RandomScenario::check(Record& record, const Reply& reply)
 {
     if (reply.reason.isEmpty() != reply.isOk())
         note(QStringLiteral("%1 ended with the reason '%2'").arg(record.text, reply.reason));
@@ -199,7 +199,7 @@ void World::check(Record& record, const Reply& reply)
     last = record.sequence;
 }
 
-void World::cancelSome()
+void RandomScenario::cancelSome()
 {
     if (m_records.empty())
         return;
@@ -210,7 +210,7 @@ void World::cancelSome()
 }
 
 /// Checks and removes the requests that have ended.
-void World::sweep()
+void RandomScenario::sweep()
 {
     std::erase_if(m_records, [this](const std::shared_ptr<Record>& record) {
         if (!record->future.isFinished())
@@ -223,7 +223,7 @@ void World::sweep()
     });
 }
 
-void World::step()
+void RandomScenario::step()
 {
     const int slot = whole(m_random, 0, int(m_clients.size()) - 1);
     Client& client = *m_clients[std::size_t(slot)];
@@ -258,7 +258,7 @@ void World::step()
         sweep();
 }
 
-void World::finish()
+void RandomScenario::finish()
 {
     for (auto& client : m_clients)
         client.reset();
@@ -283,18 +283,18 @@ class TestClientProperty : public QObject {
 private Q_SLOTS:
     void eachFutureEndsOnce()
     {
-        World world(seededGenerator(1313));
-        for (int step = 0; step < steps() && world.fault.isEmpty(); ++step)
-            world.step();
-        world.finish();
-        QVERIFY2(world.fault.isEmpty(), qPrintable(world.fault));
-        qInfo() << world.total << "requests, ended as" << world.outcomes.values() << "by the caller"
-                << world.cancelledByCaller;
+        RandomScenario scenario(seededGenerator(1313));
+        for (int step = 0; step < steps() && scenario.fault.isEmpty(); ++step)
+            scenario.step();
+        scenario.finish();
+        QVERIFY2(scenario.fault.isEmpty(), qPrintable(scenario.fault));
+        qInfo() << scenario.total << "requests, ended as" << scenario.outcomes.values() << "by the caller"
+                << scenario.cancelledByCaller;
         // The sequence reaches every end.
         for (const Outcome outcome :
             { Outcome::Replied, Outcome::Refused, Outcome::Failed, Outcome::TimedOut, Outcome::Cancelled })
-            QVERIFY(world.outcomes.value(outcome) > 0);
-        QVERIFY(world.cancelledByCaller > 0);
+            QVERIFY(scenario.outcomes.value(outcome) > 0);
+        QVERIFY(scenario.cancelledByCaller > 0);
     }
 };
 

@@ -24,8 +24,8 @@ using State = ServerProcess::State;
 namespace {
 
 /// A process object and what it has reported.
-struct Watched {
-    Watched()
+struct RecordedProcess {
+    RecordedProcess()
     {
         QObject::connect(process.get(), &ServerProcess::started, [this] { events.append("started"); });
         QObject::connect(
@@ -67,22 +67,22 @@ private Q_SLOTS:
     void startsAndStops()
     {
         const FakeServer server(FakeServer::wellBehaved(5000), "folder with blanks/server");
-        Watched watched;
-        QCOMPARE(watched.process->state(), State::NotRunning);
-        QVERIFY(watched.process->start(server.path()));
-        QVERIFY(!watched.process->start(server.path()));
-        QVERIFY(watched.events.isEmpty());
-        QVERIFY(watched.waitForPort());
-        QCOMPARE(watched.process->port(), 5000);
-        watched.process->stop();
-        QCOMPARE(watched.process->state(), State::Stopping);
-        QVERIFY(watched.waitForEnd());
-        QCOMPARE(watched.events, QStringList({ "started", "5000", "ended" }));
-        QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+        RecordedProcess recorded;
+        QCOMPARE(recorded.process->state(), State::NotRunning);
+        QVERIFY(recorded.process->start(server.path()));
+        QVERIFY(!recorded.process->start(server.path()));
+        QVERIFY(recorded.events.isEmpty());
+        QVERIFY(recorded.waitForPort());
+        QCOMPARE(recorded.process->port(), 5000);
+        recorded.process->stop();
+        QCOMPARE(recorded.process->state(), State::Stopping);
+        QVERIFY(recorded.waitForEnd());
+        QCOMPARE(recorded.events, QStringList({ "started", "5000", "ended" }));
+        QCOMPARE(recorded.ends, QList<End>({ End::Stopped }));
         QVERIFY(server.hasNoted("end"));
-        QCOMPARE(watched.process->port(), 0);
-        QVERIFY(watched.process->start(server.path()));
-        QVERIFY(watched.waitForPort());
+        QCOMPARE(recorded.process->port(), 0);
+        QVERIFY(recorded.process->start(server.path()));
+        QVERIFY(recorded.waitForPort());
     }
 
     void readsThePort_data()
@@ -97,10 +97,10 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, script);
         const FakeServer server(script);
-        Watched watched;
-        watched.process->start(server.path());
-        QVERIFY(watched.waitForPort());
-        QCOMPARE(watched.process->port(), 5000);
+        RecordedProcess recorded;
+        recorded.process->start(server.path());
+        QVERIFY(recorded.waitForPort());
+        QCOMPARE(recorded.process->port(), 5000);
     }
 
     void reportsEachEnd_data()
@@ -121,17 +121,17 @@ private Q_SLOTS:
         QFETCH(QStringList, script);
         QFETCH(QString, word);
         const FakeServer server(script);
-        Watched watched;
+        RecordedProcess recorded;
         ServerProcessOptions options;
         if (script == QStringList("linger"))
             options.startTimeout = 30ms;
-        watched.process->start(server.path(), options);
-        QVERIFY(watched.waitForEnd());
-        QTEST(watched.ends.first(), "end");
-        QVERIFY2(watched.reason.contains(word), qPrintable(watched.reason));
-        QCOMPARE(watched.process->state(), State::NotRunning);
+        recorded.process->start(server.path(), options);
+        QVERIFY(recorded.waitForEnd());
+        QTEST(recorded.ends.first(), "end");
+        QVERIFY2(recorded.reason.contains(word), qPrintable(recorded.reason));
+        QCOMPARE(recorded.process->state(), State::NotRunning);
         QCoreApplication::processEvents();
-        QCOMPARE(watched.ends.size(), 1);
+        QCOMPARE(recorded.ends.size(), 1);
     }
 
     void saysWhyAProgramCannotBeStarted_data()
@@ -147,35 +147,35 @@ private Q_SLOTS:
     {
         QFETCH(QString, program);
         QFETCH(QString, why);
-        Watched watched;
-        QVERIFY(watched.process->start(program));
-        QVERIFY(watched.waitForEnd());
-        QCOMPARE(watched.reason, QStringLiteral("The server \"%1\" could not be started: %2.").arg(program, why));
+        RecordedProcess recorded;
+        QVERIFY(recorded.process->start(program));
+        QVERIFY(recorded.waitForEnd());
+        QCOMPARE(recorded.reason, QStringLiteral("The server \"%1\" could not be started: %2.").arg(program, why));
     }
 
     void reportsAMissingProgram()
     {
-        Watched watched;
-        QVERIFY(watched.process->start("/nowhere/server"));
-        QVERIFY(watched.events.isEmpty());
-        QVERIFY(watched.waitForEnd());
-        QCOMPARE(watched.events, QStringList("ended"));
-        QCOMPARE(watched.ends.first(), End::NotStarted);
-        QVERIFY(watched.reason.contains("/nowhere/server"));
-        QVERIFY2(!watched.reason.contains("chdir"), qPrintable(watched.reason));
+        RecordedProcess recorded;
+        QVERIFY(recorded.process->start("/nowhere/server"));
+        QVERIFY(recorded.events.isEmpty());
+        QVERIFY(recorded.waitForEnd());
+        QCOMPARE(recorded.events, QStringList("ended"));
+        QCOMPARE(recorded.ends.first(), End::NotStarted);
+        QVERIFY(recorded.reason.contains("/nowhere/server"));
+        QVERIFY2(!recorded.reason.contains("chdir"), qPrintable(recorded.reason));
     }
 
     void killsAServerThatStays()
     {
         const FakeServer server({ "print UI port: 5000\\n", "linger" });
-        Watched watched;
+        RecordedProcess recorded;
         ServerProcessOptions options = brief();
         options.startTimeout = 30s;
-        watched.process->start(server.path(), options);
-        QVERIFY(watched.waitForPort());
-        watched.process->stop();
-        QVERIFY(watched.waitForEnd());
-        QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+        recorded.process->start(server.path(), options);
+        QVERIFY(recorded.waitForPort());
+        recorded.process->stop();
+        QVERIFY(recorded.waitForEnd());
+        QCOMPARE(recorded.ends, QList<End>({ End::Stopped }));
     }
 
     void acceptsAnyTimes_data()
@@ -191,16 +191,16 @@ private Q_SLOTS:
         QFETCH(std::chrono::milliseconds, time);
         const FakeServer server(FakeServer::wellBehaved(5000));
         const FakeServer stubborn({ "print UI port: 5001\\n", "linger" });
-        Watched watched;
+        RecordedProcess recorded;
         ServerProcessOptions options;
         options.startTimeout = time;
         options.exitGrace = time;
         const bool isKilled = time <= 0ms; // no time to exit
-        watched.process->start(isKilled ? stubborn.path() : server.path(), options);
-        QVERIFY(watched.waitForPort());
-        watched.process->stop();
-        QVERIFY(watched.waitForEnd());
-        QCOMPARE(watched.ends, QList<End>({ End::Stopped }));
+        recorded.process->start(isKilled ? stubborn.path() : server.path(), options);
+        QVERIFY(recorded.waitForPort());
+        recorded.process->stop();
+        QVERIFY(recorded.waitForEnd());
+        QCOMPARE(recorded.ends, QList<End>({ End::Stopped }));
         if (!isKilled)
             QVERIFY(server.hasNoted("end"));
     }

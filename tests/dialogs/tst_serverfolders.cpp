@@ -22,7 +22,7 @@ QStringList sorted(QStringList names)
 }
 
 /// Folders and files below the root of a server that runs while this object exists.
-class Tree {
+class ServedFolder {
 public:
     void folder(const QString& path) const { QVERIFY2(QDir(m_root.path()).mkpath('.' + path), qPrintable(path)); }
     void file(const QString& path) const
@@ -63,10 +63,10 @@ private Q_SLOTS:
     void namesOfEveryKind()
     {
         QFETCH(QString, folder);
-        Tree tree;
-        tree.folder("/" + folder + "/inside");
-        tree.file("/" + folder + "/" + folder + ".txt");
-        const quint16 port = tree.serve();
+        ServedFolder served;
+        served.folder("/" + folder + "/inside");
+        served.file("/" + folder + "/" + folder + ".txt");
+        const quint16 port = served.serve();
 
         PathChooser path(port, "/");
         path.dialog->setExt({ "txt" }, true, false);
@@ -90,11 +90,11 @@ private Q_SLOTS:
     {
         // Requests are sent in Latin-1, so the server receives another name and refuses it, and the chooser returns to
         // its root.
-        Tree tree;
-        tree.folder("/Teilchen 😀");
-        tree.folder("/測定");
-        tree.folder("/plain");
-        const quint16 port = tree.serve();
+        ServedFolder served;
+        served.folder("/Teilchen 😀");
+        served.folder("/測定");
+        served.folder("/plain");
+        const quint16 port = served.serve();
         const QStringList names = sorted({ "Teilchen 😀/", "測定/", "plain/" });
         PathChooser path(port, "/plain");
         QVERIFY(path.shows({}));
@@ -116,15 +116,15 @@ private Q_SLOTS:
 
     void thousandsOfEntries()
     {
-        Tree tree;
-        tree.folder("/many/last one");
+        ServedFolder served;
+        served.folder("/many/last one");
         QStringList names { "last one/" };
         for (int i = 0; i < 3000; ++i) {
             const QString name = QStringLiteral("Lauf \"%1\" µ").arg(i * 7919 % 100003);
-            tree.file("/many/" + name + ".txt");
+            served.file("/many/" + name + ".txt");
             names.append(name + ".txt");
         }
-        PathChooser path(tree.serve(), "/many");
+        PathChooser path(served.serve(), "/many");
         path.dialog->setExt({ "txt" }, false, false);
         QVERIFY(eventually([&] { return path.list().count() == names.size(); }));
         QCOMPARE(path.names(), sorted(names));
@@ -135,15 +135,15 @@ private Q_SLOTS:
 
     void folderThatVanishes()
     {
-        Tree tree;
-        tree.folder("/run/old");
-        tree.folder("/run/new");
-        const quint16 port = tree.serve();
+        ServedFolder served;
+        served.folder("/run/old");
+        served.folder("/run/new");
+        const quint16 port = served.serve();
         PathChooser path(port, "/run");
         DirectoryChooser directory(port, "/run");
         QVERIFY(path.shows({ "new/", "old/" }));
         QVERIFY(directory.shows({ "new/", "old/" }));
-        QVERIFY(QDir(tree.real("/run")).rmdir("old"));
+        QVERIFY(QDir(served.real("/run")).rmdir("old"));
         path.doubleClick("old/");
         directory.doubleClick("old/");
         QVERIFY(path.shows({ "run/" })); // the server's own folder
@@ -157,11 +157,11 @@ private Q_SLOTS:
 
     void folderThatMayNotBeRead()
     {
-        Tree tree;
-        tree.folder("/open/locked/inside");
-        const QString locked = tree.real("/open/locked");
+        ServedFolder served;
+        served.folder("/open/locked/inside");
+        const QString locked = served.real("/open/locked");
         QVERIFY(QFile::setPermissions(locked, {}));
-        const quint16 port = tree.serve();
+        const quint16 port = served.serve();
         PathChooser path(port, "/open");
         DirectoryChooser directory(port, "/open");
         QVERIFY(path.shows({ "locked/" }));
@@ -178,11 +178,11 @@ private Q_SLOTS:
 
     void serverThatEnds()
     {
-        auto tree = std::make_unique<Tree>();
-        tree->folder("/run");
-        PathChooser path(tree->serve(), "/");
+        auto served = std::make_unique<ServedFolder>();
+        served->folder("/run");
+        PathChooser path(served->serve(), "/");
         QVERIFY(path.shows({ "run/" }));
-        tree.reset();
+        served.reset();
         path.doubleClick("run/");
         // The server no longer answers: nothing is shown, and the dialog closes normally.
         QVERIFY(!path.list().isEnabled());

@@ -19,13 +19,13 @@ using namespace tarnis::testing;
 
 namespace {
 
-struct OwnFailure : std::runtime_error {
+struct CustomException : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-class Throwing : public TarnisCmd {
+class ThrowingCommand : public TarnisCmd {
 public:
-    explicit Throwing(const QString& kind)
+    explicit ThrowingCommand(const QString& kind)
         : TarnisCmd(kind)
     {
     }
@@ -34,7 +34,7 @@ public:
         if (m_cmd == "standard")
             throw std::runtime_error("no state to go back to");
         if (m_cmd == "own")
-            throw OwnFailure("own %s text");
+            throw CustomException("own %s text");
         throw 42;
     }
 };
@@ -47,7 +47,7 @@ int dieOf(const QString& kind, const QString& logPath)
     initlog(logPath.toStdString(), 0);
     const ScriptedServer server;
     SessionClient client(server);
-    client.session->send(new Throwing(kind));
+    client.session->send(new ThrowingCommand(kind));
     client.start();
     eventually([] { return false; });
     return 0;
@@ -62,7 +62,7 @@ private Q_SLOTS:
     {
         addColumns<QString, QString>("kind", "lastLine");
         addCase("standard exception", "standard", "exit with St13runtime_error[no state to go back to]");
-        addCase("exception of its own", "own", "exit with N12_GLOBAL__N_110OwnFailureE[own %s text]");
+        addCase("exception of its own", "own", "exit with N12_GLOBAL__N_115CustomExceptionE[own %s text]");
         addCase("anything else", "number", "exit with unknown error");
     }
     void endsTheProcess()

@@ -105,18 +105,18 @@ private Q_SLOTS:
 
     void cancelledCommandsMayUseTheSession()
     {
-        struct Resending : TarnisCmd {
-            explicit Resending(TarnisSession& session)
+        struct ResendingCommand : TarnisCmd {
+            explicit ResendingCommand(TarnisSession& session)
                 : TarnisCmd("old")
                 , m_session(session)
             {
             }
-            ~Resending() override { m_session.send(new TarnisCmd("new")); }
+            ~ResendingCommand() override { m_session.send(new TarnisCmd("new")); }
             TarnisSession& m_session;
         };
         SessionProbe session("h", 7, &prompt, nullptr);
-        session.send(new Resending(session));
-        session.send(new Resending(session));
+        session.send(new ResendingCommand(session));
+        session.send(new ResendingCommand(session));
         session.cancel();
         QCOMPARE(session.queued(), QStringList({ "new", "new" }));
     }

@@ -82,7 +82,7 @@ QByteArray Program::errors()
     return m_process.readAllStandardError();
 }
 
-Wire::Wire(quint16 port, const QByteArray& prompt, bool greeted)
+Connection::Connection(quint16 port, const QByteArray& prompt, bool greeted)
     : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     , m_prompt(prompt)
 {
@@ -99,12 +99,12 @@ Wire::Wire(quint16 port, const QByteArray& prompt, bool greeted)
         m_greeting = text();
 }
 
-Wire::~Wire()
+Connection::~Connection()
 {
     ::close(m_socket);
 }
 
-void Wire::send(const QByteArray& bytes)
+void Connection::send(const QByteArray& bytes)
 {
     for (qsizetype at = 0; at < bytes.size();) {
         const ssize_t count =
@@ -115,7 +115,7 @@ void Wire::send(const QByteArray& bytes)
     }
 }
 
-QByteArray Wire::text()
+QByteArray Connection::text()
 {
     while (!m_buffer.endsWith(m_prompt) && more()) { }
     const QByteArray reply = m_buffer.endsWith(m_prompt) ? m_buffer.chopped(m_prompt.size()) : "cut off: " + m_buffer;
@@ -123,7 +123,7 @@ QByteArray Wire::text()
     return reply;
 }
 
-BinaryReply Wire::binary()
+BinaryReply Connection::binary()
 {
     BinaryReply reply;
     reply.length = qFromLittleEndian<qint32>(bytes(4).leftJustified(4, '\0').constData());
@@ -135,19 +135,19 @@ BinaryReply Wire::binary()
     return reply;
 }
 
-QByteArray Wire::ask(const QByteArray& command)
+QByteArray Connection::ask(const QByteArray& command)
 {
     send(command + '\n');
     return text();
 }
 
-BinaryReply Wire::askBinary(const QByteArray& command)
+BinaryReply Connection::askBinary(const QByteArray& command)
 {
     send(command + '\n');
     return binary();
 }
 
-QByteArray Wire::value(const QByteArray& command, const QByteArray& name)
+QByteArray Connection::value(const QByteArray& command, const QByteArray& name)
 {
     for (const QByteArray& line : ask(command).split('\n')) {
         if (line.startsWith(name + ": "))
@@ -156,7 +156,7 @@ QByteArray Wire::value(const QByteArray& command, const QByteArray& name)
     return "absent";
 }
 
-QByteArray Wire::bytes(qsizetype count)
+QByteArray Connection::bytes(qsizetype count)
 {
     while (m_buffer.size() < count && more()) { }
     const QByteArray taken = m_buffer.left(count);
@@ -164,13 +164,13 @@ QByteArray Wire::bytes(qsizetype count)
     return taken;
 }
 
-QByteArray Wire::untilClosed()
+QByteArray Connection::untilClosed()
 {
     while (more()) { }
     return m_buffer;
 }
 
-bool Wire::more()
+bool Connection::more()
 {
     QByteArray chunk(256 * 1024, Qt::Uninitialized);
     const ssize_t count = recv(m_socket, chunk.data(), static_cast<std::size_t>(chunk.size()), 0);

@@ -48,13 +48,13 @@ struct BinaryReply {
 };
 
 /// One connection. Every wait ends after half a minute, which no test reaches.
-class Wire {
+class Connection {
 public:
     /// Connects and reads the greeting, unless `greeted` is false.
-    explicit Wire(quint16 port, const QByteArray& prompt = "> ", bool greeted = true);
-    ~Wire();
-    Wire(const Wire&) = delete;
-    Wire& operator=(const Wire&) = delete;
+    explicit Connection(quint16 port, const QByteArray& prompt = "> ", bool greeted = true);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
 
     void send(const QByteArray& bytes);
     /// Bytes up to the prompt at their end, without it.

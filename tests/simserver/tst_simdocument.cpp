@@ -8,8 +8,8 @@
 #include <QtTest>
 
 using simtest::BinaryReply;
+using simtest::Connection;
 using simtest::Program;
-using simtest::Wire;
 
 namespace {
 
@@ -43,11 +43,11 @@ QRegularExpression pattern(const QString& expected)
     return QRegularExpression(QRegularExpression::anchoredPattern(text));
 }
 
-QString play(Wire& wire, const QString& command)
+QString play(Connection& connection, const QString& command)
 {
     if (!command.startsWith("hist1d") && !command.startsWith("hist2d") && !command.startsWith("rxfile"))
-        return QString::fromUtf8(wire.ask(command.toLatin1()));
-    const BinaryReply reply = wire.askBinary(command.toLatin1());
+        return QString::fromUtf8(connection.ask(command.toLatin1()));
+    const BinaryReply reply = connection.askBinary(command.toLatin1());
     return QStringLiteral("(%1 bytes)\n").arg(reply.length) + QString::fromUtf8(reply.text);
 }
 
@@ -68,10 +68,10 @@ private Q_SLOTS:
     {
         QFETCH(QString, transcript);
         Program program;
-        Wire wire(program.port());
+        Connection connection(program.port());
         for (const QString& example : ("\n" + transcript).split("\n> ", Qt::SkipEmptyParts)) {
             const QString command = example.section('\n', 0, 0);
-            const QString reply = play(wire, command);
+            const QString reply = play(connection, command);
             const bool matches = pattern(example.section('\n', 1)).match(reply).hasMatch();
             QVERIFY2(matches, qPrintable("> " + command + '\n' + reply));
         }

@@ -22,8 +22,8 @@
 using namespace tarnis::testing;
 
 using simtest::BinaryReply;
+using simtest::Connection;
 using simtest::Program;
-using simtest::Wire;
 
 namespace {
 
@@ -35,9 +35,9 @@ double sum(const BinaryReply& reply)
     return std::accumulate(values.begin(), values.end(), 0.0);
 }
 
-void waitForState(Wire& wire, const QByteArray& state)
+void waitForState(Connection& connection, const QByteArray& state)
 {
-    TRY_COMPARE(wire.value("stat", "state"), state);
+    TRY_COMPARE(connection.value("stat", "state"), state);
 }
 
 } // namespace
@@ -51,8 +51,8 @@ private Q_SLOTS:
         Program program;
         QVERIFY(program.port() != 0);
         QCOMPARE(program.outputUntil("\n"), "UI port: " + QByteArray::number(program.port()) + '\n');
-        const Wire wire(program.port());
-        QCOMPARE(wire.greeting(),
+        const Connection connection(program.port());
+        QCOMPARE(connection.greeting(),
             QByteArray("tarnis-simserver " TARNIS_VERSION_STRING
                        ", a simulated data-acquisition server; help lists the commands\n"));
     }
@@ -91,9 +91,9 @@ private Q_SLOTS:
         QFETCH(QByteArray, command);
         QFETCH(QByteArray, beginning);
         Program program;
-        Wire wire(program.port());
-        QCOMPARE(wire.ask(command).left(beginning.size()), beginning);
-        QCOMPARE(wire.ask(command + '\r').left(3), command == "start" ? QByteArray("NG:") : beginning.left(3));
+        Connection connection(program.port());
+        QCOMPARE(connection.ask(command).left(beginning.size()), beginning);
+        QCOMPARE(connection.ask(command + '\r').left(3), command == "start" ? QByteArray("NG:") : beginning.left(3));
     }
 
     void binaryCommandsAnswer_data()
@@ -112,60 +112,60 @@ private Q_SLOTS:
         QFETCH(QByteArray, command);
         QFETCH(QByteArray, ending);
         Program program({ "--start", "--rate", "100000", "--maxevents", "5000" });
-        Wire wire(program.port());
-        waitForState(wire, "STOPPED");
-        const BinaryReply reply = wire.askBinary(command);
+        Connection connection(program.port());
+        waitForState(connection, "STOPPED");
+        const BinaryReply reply = connection.askBinary(command);
         QTEST(reply.length, "length");
         QVERIFY(reply.text.endsWith(ending));
         if (command == "hist1d time" || command.startsWith("hist2d"))
             QCOMPARE(sum(reply), 5000.0);
-        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n")); // nothing is left over
+        QCOMPARE(connection.ask("pwd"), QByteArray("OK:\n/\n")); // nothing is left over
     }
 
     void ownPromptEndsEveryReply()
     {
         const QByteArray prompt = "tarnis 7 # ";
         Program program({ "--prompt", QString::fromLatin1(prompt) });
-        Wire wire(program.port(), prompt);
-        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
-        QCOMPARE(wire.askBinary(smallHistogram).length, 64);
+        Connection connection(program.port(), prompt);
+        QCOMPARE(connection.ask("pwd"), QByteArray("OK:\n/\n"));
+        QCOMPARE(connection.askBinary(smallHistogram).length, 64);
     }
 
     void requestsInOneSegmentAreAnsweredInOrder()
     {
         Program program;
-        Wire wire(program.port());
+        Connection connection(program.port());
         QByteArray requests;
         QByteArray expected;
         for (int i = 0; i < 2000; ++i) {
             requests += "setting user.n:" + QByteArray::number(i) + "\nunknown" + QByteArray::number(i) + '\n';
             expected += "OK:\n> NG:unknown command 'unknown" + QByteArray::number(i) + "'; help lists the commands\n> ";
         }
-        wire.send(requests);
-        QCOMPARE(wire.bytes(expected.size()), expected);
-        QCOMPARE(wire.value("setting", "user.n"), QByteArray("1999"));
+        connection.send(requests);
+        QCOMPARE(connection.bytes(expected.size()), expected);
+        QCOMPARE(connection.value("setting", "user.n"), QByteArray("1999"));
     }
 
     void requestsByteByByteAreAnswered()
     {
         Program program;
-        Wire wire(program.port());
+        Connection connection(program.port());
         for (const char byte : QByteArray("pwd\ntxfile /a\nb\x04"))
-            wire.send(QByteArray(1, byte));
+            connection.send(QByteArray(1, byte));
         const QByteArray expected = "OK:\n/\n> OK:\nfile: /a\nbytes: 1\n> ";
-        QCOMPARE(wire.bytes(expected.size()), expected);
+        QCOMPARE(connection.bytes(expected.size()), expected);
     }
 
     void uploadArrives()
     {
         const QTemporaryDir root;
         Program program({ "--root", root.path() });
-        Wire wire(program.port());
+        Connection connection(program.port());
         QByteArray content;
         for (int i = 0; i < 3000000; ++i)
             content += static_cast<char>(i % 251 == 4 ? 5 : i % 251);
-        wire.send("txfile /large\n" + content + '\x04');
-        QCOMPARE(wire.text(), QByteArray("OK:\nfile: /large\nbytes: 3000000\n"));
+        connection.send("txfile /large\n" + content + '\x04');
+        QCOMPARE(connection.text(), QByteArray("OK:\nfile: /large\nbytes: 3000000\n"));
         QFile file(root.filePath("large"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY(file.readAll() == content);
@@ -174,10 +174,10 @@ private Q_SLOTS:
     void hugeRequestIsRefusedAndTheNextAnswered()
     {
         Program program;
-        Wire wire(program.port());
-        wire.send(QByteArray(300000, 'x') + "\npwd\n");
+        Connection connection(program.port());
+        connection.send(QByteArray(300000, 'x') + "\npwd\n");
         const QByteArray expected = "NG:longer than 65536 bytes, or 16777216 for txfile\n> OK:\n/\n> ";
-        QCOMPARE(wire.bytes(expected.size()), expected);
+        QCOMPARE(connection.bytes(expected.size()), expected);
     }
 
     void farewellEndsTheConnection_data()
@@ -192,17 +192,17 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, bytes);
         Program program;
-        Wire wire(program.port());
-        wire.send(bytes);
-        QTEST(wire.untilClosed(), "answer");
+        Connection connection(program.port());
+        connection.send(bytes);
+        QTEST(connection.untilClosed(), "answer");
     }
 
     // Many clients
     void sleeperDoesNotHoldOthers()
     {
         Program program;
-        Wire sleeper(program.port());
-        Wire other(program.port());
+        Connection sleeper(program.port());
+        Connection other(program.port());
         sleeper.send("sleep 600000\n");
         TRY_COMPARE(other.value("stat", "clients"), QByteArray("2"));
         for (int i = 0; i < 20; ++i)
@@ -212,9 +212,9 @@ private Q_SLOTS:
     void sleeperThatHangsUpIsForgotten()
     {
         Program program;
-        Wire other(program.port());
+        Connection other(program.port());
         {
-            Wire sleeper(program.port());
+            Connection sleeper(program.port());
             sleeper.send("sleep 600000\n");
             QCOMPARE(other.value("stat", "clients"), QByteArray("2"));
         }
@@ -225,31 +225,31 @@ private Q_SLOTS:
     {
         constexpr int clients = 60;
         Program program({ "--start", "--rate", "100000", "--maxevents", "3000" });
-        std::vector<std::unique_ptr<Wire>> wires;
+        std::vector<std::unique_ptr<Connection>> connections;
         for (int i = 0; i < clients; ++i)
-            wires.push_back(std::make_unique<Wire>(program.port()));
-        waitForState(*wires.front(), "STOPPED");
+            connections.push_back(std::make_unique<Connection>(program.port()));
+        waitForState(*connections.front(), "STOPPED");
         const QList<QByteArray> commands { "hist1d time", "hist2d image bins:256", "hist1d total pairs" };
         for (int i = 0; i < clients; ++i)
-            wires[static_cast<std::size_t>(i)]->send(commands[i % 3] + '\n');
+            connections[static_cast<std::size_t>(i)]->send(commands[i % 3] + '\n');
         for (int i = clients - 1; i >= 0; --i) {
-            const BinaryReply reply = wires[static_cast<std::size_t>(i)]->binary();
+            const BinaryReply reply = connections[static_cast<std::size_t>(i)]->binary();
             if (i % 3 != 2)
                 QCOMPARE(sum(reply), 3000.0);
             QVERIFY(reply.text.startsWith("OK: "));
         }
-        QCOMPARE(wires.front()->value("stat", "clients"), QByteArray::number(clients));
+        QCOMPARE(connections.front()->value("stat", "clients"), QByteArray::number(clients));
     }
 
     void clientThatDoesNotReadBlocksNoOther()
     {
         Program program({ "--start" });
-        Wire good(program.port());
+        Connection good(program.port());
         good.askBinary("hist2d image");
         const qint64 before = residentBytes(program.processId());
-        std::vector<std::unique_ptr<Wire>> stuck;
+        std::vector<std::unique_ptr<Connection>> stuck;
         for (int i = 0; i < 3; ++i) {
-            stuck.push_back(std::make_unique<Wire>(program.port()));
+            stuck.push_back(std::make_unique<Connection>(program.port()));
             QByteArray requests;
             for (int k = 0; k < 200; ++k)
                 requests += "hist2d image\n"; // 1.6 GiB of replies
@@ -266,14 +266,14 @@ private Q_SLOTS:
     void oneClientTooManyIsTurnedAway()
     {
         Program program({ "--max-clients", "2" });
-        Wire one(program.port());
+        Connection one(program.port());
         {
-            const Wire other(program.port());
-            Wire third(program.port(), "> ", false);
+            const Connection other(program.port());
+            Connection third(program.port(), "> ", false);
             QCOMPARE(third.untilClosed(), QByteArray("NG:too many clients\n"));
         }
         TRY_COMPARE(one.value("stat", "clients"), QByteArray("1"));
-        Wire again(program.port());
+        Connection again(program.port());
         QCOMPARE(again.ask("pwd"), QByteArray("OK:\n/\n"));
     }
 
@@ -281,11 +281,11 @@ private Q_SLOTS:
     {
         Program program;
         for (int i = 0; i < 300; ++i) {
-            Wire wire(program.port(), "> ", i % 3 != 0);
+            Connection connection(program.port(), "> ", i % 3 != 0);
             if (i % 3 == 2)
-                wire.send("hist2d image\n");
+                connection.send("hist2d image\n");
         }
-        Wire last(program.port());
+        Connection last(program.port());
         TRY_COMPARE(last.value("stat", "clients"), QByteArray("1"));
     }
 
@@ -294,9 +294,9 @@ private Q_SLOTS:
     {
         const auto image = [](const QString& seed, const QString& rate) {
             Program program({ "--seed", seed, "--rate", rate, "--maxevents", "20000", "--start" });
-            Wire wire(program.port());
-            waitForState(wire, "STOPPED");
-            return wire.askBinary("hist2d image").payload + wire.askBinary("hist1d time").payload;
+            Connection connection(program.port());
+            waitForState(connection, "STOPPED");
+            return connection.askBinary("hist2d image").payload + connection.askBinary("hist1d time").payload;
         };
         const QByteArray one = image("5", "200000");
         QVERIFY(image("5", "100000") == one); // the rate affects the times of events, not the events
@@ -307,15 +307,16 @@ private Q_SLOTS:
     {
         const QString path = tarnis::testing::testData("spectra/hpge-pottery.spe");
         Program program({ "--spectrum", path, "--start", "--rate", "100000", "--maxevents", "20000" });
-        Wire wire(program.port());
-        waitForState(wire, "STOPPED");
+        Connection connection(program.port());
+        waitForState(connection, "STOPPED");
         const std::vector<double> measured = simserver::readSpectrum(path).spectrum.counts;
-        QCOMPARE(wire.askBinary("hist1d spectrum 0 0").values(), measured);
-        const std::vector<double> live = wire.askBinary("hist1d sampled").values();
+        QCOMPARE(connection.askBinary("hist1d spectrum 0 0").values(), measured);
+        const std::vector<double> live = connection.askBinary("hist1d sampled").values();
         QCOMPARE(std::accumulate(live.begin(), live.end(), 0.0), 20000.0);
         for (std::size_t i = 0; i < live.size(); ++i)
             QVERIFY(measured[i] > 0.0 || live[i] == 0.0);
-        QVERIFY(wire.askBinary("hist1d sampled 0 pairs").text.endsWith(" (-0.035087 2995.0256489999997 16384)\n"));
+        QVERIFY(
+            connection.askBinary("hist1d sampled 0 pairs").text.endsWith(" (-0.035087 2995.0256489999997 16384)\n"));
     }
 
     void rootAndSettingsFileAreUsed()
@@ -325,26 +326,26 @@ private Q_SLOTS:
         const QString file = root.filePath("my.settings");
         {
             Program program({ "--root", root.path(), "--settings", file, "--rate", "5" });
-            Wire wire(program.port());
-            QCOMPARE(wire.value("setting", "rate"), QByteArray("5"));
-            QCOMPARE(wire.ask("setting rate:321 basepath:/runs modules:3"), QByteArray("OK:\n"));
-            QCOMPARE(wire.ask("savesetting"), "OK:\nfile: " + file.toUtf8() + '\n');
+            Connection connection(program.port());
+            QCOMPARE(connection.value("setting", "rate"), QByteArray("5"));
+            QCOMPARE(connection.ask("setting rate:321 basepath:/runs modules:3"), QByteArray("OK:\n"));
+            QCOMPARE(connection.ask("savesetting"), "OK:\nfile: " + file.toUtf8() + '\n');
         }
         Program program({ "--root", root.path(), "--settings", file, "--modules", "4" });
-        Wire wire(program.port());
-        QCOMPARE(wire.value("setting", "rate"), QByteArray("321"));
-        QCOMPARE(wire.value("setting", "modules"), QByteArray("4")); // the command line overrides the file
-        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/runs\n"));
-        QCOMPARE(wire.ask("ls-F \"/\""), QByteArray("OK:\nmy.settings\nruns/\n"));
+        Connection connection(program.port());
+        QCOMPARE(connection.value("setting", "rate"), QByteArray("321"));
+        QCOMPARE(connection.value("setting", "modules"), QByteArray("4")); // the command line overrides the file
+        QCOMPARE(connection.ask("pwd"), QByteArray("OK:\n/runs\n"));
+        QCOMPARE(connection.ask("ls-F \"/\""), QByteArray("OK:\nmy.settings\nruns/\n"));
     }
 
     void startOptionBeginsARun()
     {
         Program program({ "--start", "--rate", "10000" });
-        Wire wire(program.port());
-        QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
-        TRY_VERIFY(wire.value("stat", "events").toInt() > 100);
-        QCOMPARE(wire.ask("stop").left(11), QByteArray("OK:\nrun: 1\n"));
+        Connection connection(program.port());
+        QCOMPARE(connection.value("stat", "state"), QByteArray("RUNNING"));
+        TRY_VERIFY(connection.value("stat", "events").toInt() > 100);
+        QCOMPARE(connection.ask("stop").left(11), QByteArray("OK:\nrun: 1\n"));
     }
 
     void logRecordsEvents()
@@ -353,9 +354,9 @@ private Q_SLOTS:
         const QString log = folder.filePath("log");
         Program program({ "--log", log, "--log-level", "0" });
         {
-            Wire wire(program.port());
-            wire.ask("start");
-            wire.ask("gibberish\x1b[2J");
+            Connection connection(program.port());
+            connection.ask("start");
+            connection.ask("gibberish\x1b[2J");
         }
         program.type("exit");
         QCOMPARE(program.end(), QStringLiteral("exit 0"));

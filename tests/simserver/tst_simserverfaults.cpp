@@ -17,8 +17,8 @@
 using namespace tarnis::testing;
 
 using simtest::BinaryReply;
+using simtest::Connection;
 using simtest::Program;
-using simtest::Wire;
 
 namespace {
 
@@ -56,16 +56,16 @@ private Q_SLOTS:
         QFETCH(QByteArray, received);
         QFETCH(QString, then);
         Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "10" });
-        Wire wire(program.port());
-        wire.send("pwd\n");
+        Connection connection(program.port());
+        connection.send("pwd\n");
         if (then != "alive") {
-            QCOMPARE(wire.untilClosed(), received);
-            QCOMPARE(wire.isReset(), then == "reset");
+            QCOMPARE(connection.untilClosed(), received);
+            QCOMPARE(connection.isReset(), then == "reset");
         } else {
             // The reply to "fault" is intact after the remains of the previous faulty one.
-            wire.send("fault none\n");
+            connection.send("fault none\n");
             const QByteArray whole = received + "OK:\n> ";
-            QCOMPARE(wire.bytes(whole.size()), whole);
+            QCOMPARE(connection.bytes(whole.size()), whole);
         }
         QVERIFY(program.isRunning());
     }
@@ -73,11 +73,11 @@ private Q_SLOTS:
     void silentServerGoesOn()
     {
         Program program({ "--fault", "silent" });
-        Wire wire(program.port());
-        wire.send("start\nsetting rate:77\nfault none\n");
-        QCOMPARE(wire.text(), QByteArray("OK:\n"));
-        QCOMPARE(wire.value("stat", "state"), QByteArray("RUNNING"));
-        QCOMPARE(wire.value("setting", "rate"), QByteArray("77"));
+        Connection connection(program.port());
+        connection.send("start\nsetting rate:77\nfault none\n");
+        QCOMPARE(connection.text(), QByteArray("OK:\n"));
+        QCOMPARE(connection.value("stat", "state"), QByteArray("RUNNING"));
+        QCOMPARE(connection.value("setting", "rate"), QByteArray("77"));
     }
 
     void faultsOfBinaryReplies_data()
@@ -102,10 +102,10 @@ private Q_SLOTS:
     {
         QFETCH(int, payload);
         Program program({ "--fault", QTest::currentDataTag() });
-        Wire wire(program.port());
-        wire.send(smallHistogram + "\nfault none\n");
+        Connection connection(program.port());
+        connection.send(smallHistogram + "\nfault none\n");
         const QByteArray text = "OK: counts rows 0 to 0, run none, live 0.000 s, 0 events (0 8 8)\n> OK:\n> ";
-        const QByteArray bytes = wire.bytes(4 + payload + text.size());
+        const QByteArray bytes = connection.bytes(4 + payload + text.size());
         QVERIFY2(bytes.endsWith(text), bytes.constData());
         QCOMPARE(bytes.size(), 4 + payload + text.size());
         qint32 length = 0;
@@ -126,16 +126,16 @@ private Q_SLOTS:
         QFETCH(bool, greeted);
         QFETCH(bool, closed);
         Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "2" });
-        Wire wire(program.port(), "> ", false);
+        Connection connection(program.port(), "> ", false);
         if (closed) {
-            QCOMPARE(wire.untilClosed(), QByteArray());
+            QCOMPARE(connection.untilClosed(), QByteArray());
             return;
         }
-        wire.send("pwd\n");
+        connection.send("pwd\n");
         const QByteArray greeting = "tarnis-simserver " TARNIS_VERSION_STRING
                                     ", a simulated data-acquisition server; help lists the commands\n> ";
         const QByteArray expected = (greeted ? greeting : QByteArray()) + "OK:\n/\n> ";
-        QCOMPARE(wire.bytes(expected.size()), expected);
+        QCOMPARE(connection.bytes(expected.size()), expected);
     }
 
     void faultsThatEndTheProcess_data()
@@ -151,10 +151,10 @@ private Q_SLOTS:
         const QString name = QTest::currentDataTag();
         Program program({ "--fault", name });
         if (!name.startsWith("start")) {
-            Wire wire(program.port());
+            Connection connection(program.port());
             QVERIFY(program.isRunning());
-            wire.send("pwd\n");
-            QCOMPARE(wire.untilClosed(), QByteArray());
+            connection.send("pwd\n");
+            QCOMPARE(connection.untilClosed(), QByteArray());
         }
         QTEST(program.end(), "end");
     }
@@ -172,8 +172,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, output);
         Program program({ "--fault", QTest::currentDataTag(), "--fault-delay", "100" });
         if (output.contains('N')) {
-            Wire wire(program.port());
-            QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
+            Connection connection(program.port());
+            QCOMPARE(connection.ask("pwd"), QByteArray("OK:\n/\n"));
             output.replace("N", QByteArray::number(program.port()));
         }
         QCOMPARE(program.outputUntil("\n"), output);
@@ -192,8 +192,8 @@ private Q_SLOTS:
     void faultAffectsAllClients()
     {
         Program program;
-        Wire one(program.port());
-        Wire other(program.port());
+        Connection one(program.port());
+        Connection other(program.port());
         QCOMPARE(one.ask("fault refuse every:2"), QByteArray("OK:\n"));
         QCOMPARE(other.ask("pwd"), QByteArray("OK:\n/\n"));
         QCOMPARE(other.ask("pwd"), QByteArray("NG:refused on demand\n"));
@@ -206,15 +206,15 @@ private Q_SLOTS:
     {
         // All faults in turn on one server, with a client for each: no resources leak.
         Program program({ "--start" });
-        Wire control(program.port());
+        Connection control(program.port());
         for (const simserver::FaultInfo& info : simserver::allFaults()) {
             const bool ends = info.fault == simserver::Fault::Exit || info.fault == simserver::Fault::Crash;
             if (ends || info.where == simserver::FaultInfo::Where::Process)
                 continue;
             QCOMPARE(control.ask("fault " + QByteArray(info.name) + " delay:0"), QByteArray("OK:\n"));
-            Wire wire(program.port(), "> ", false);
-            wire.send("stat\nhist1d time 0 3 bins:64\nhist1d time 1 pairs bins:64\nhist2d image bins:16\nclose");
-            wire.untilClosed();
+            Connection connection(program.port(), "> ", false);
+            connection.send("stat\nhist1d time 0 3 bins:64\nhist1d time 1 pairs bins:64\nhist2d image bins:16\nclose");
+            connection.untilClosed();
             QCOMPARE(control.ask("fault none"), QByteArray("OK:\n"));
         }
         TRY_COMPARE(control.value("stat", "clients"), QByteArray("1"));
@@ -235,8 +235,8 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, typed);
         Program program;
-        Wire wire(program.port());
-        wire.send("sleep 600000\n");
+        Connection connection(program.port());
+        connection.send("sleep 600000\n");
         if (typed == "signal")
             program.terminate();
         else if (typed == "end")
@@ -246,7 +246,7 @@ private Q_SLOTS:
         if (typed == "hello")
             program.closeInput();
         QCOMPARE(program.end(), QStringLiteral("exit 0"));
-        QCOMPARE(wire.untilClosed(), QByteArray());
+        QCOMPARE(connection.untilClosed(), QByteArray());
     }
 
     void withoutStandardInputOnlyASignalEndsIt()
@@ -255,8 +255,8 @@ private Q_SLOTS:
         QVERIFY(program.port() != 0);
         program.type("exit\n");
         program.closeInput();
-        Wire wire(program.port());
-        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
+        Connection connection(program.port());
+        QCOMPARE(connection.ask("pwd"), QByteArray("OK:\n/\n"));
         program.terminate();
         QCOMPARE(program.end(), QStringLiteral("exit 0"));
     }
@@ -267,8 +267,8 @@ private Q_SLOTS:
         QVERIFY(program.port() != 0);
         program.type("exit\n");
         program.closeInput();
-        Wire wire(program.port());
-        QCOMPARE(wire.ask("pwd"), QByteArray("OK:\n/\n"));
+        Connection connection(program.port());
+        QCOMPARE(connection.ask("pwd"), QByteArray("OK:\n/\n"));
         QVERIFY(program.isRunning());
     }
 
@@ -276,12 +276,12 @@ private Q_SLOTS:
     {
         const QTemporaryDir root;
         Program program({ "--root", root.path() });
-        Wire wire(program.port());
-        QCOMPARE(wire.ask("setting record:on inst:END rate:10000"), QByteArray("OK:\n"));
-        QCOMPARE(wire.ask("start"), QByteArray("OK:\nrun: 1\n"));
-        const QByteArray directory = wire.value("stat", "run directory");
+        Connection connection(program.port());
+        QCOMPARE(connection.ask("setting record:on inst:END rate:10000"), QByteArray("OK:\n"));
+        QCOMPARE(connection.ask("start"), QByteArray("OK:\nrun: 1\n"));
+        const QByteArray directory = connection.value("stat", "run directory");
         QVERIFY(directory.startsWith("/END000001_"));
-        TRY_VERIFY(wire.value("stat", "events").toInt() > 10);
+        TRY_VERIFY(connection.value("stat", "events").toInt() > 10);
         program.type("exit");
         QCOMPARE(program.end(), QStringLiteral("exit 0"));
         const QDir run(root.path() + QString::fromLatin1(directory));

@@ -7,9 +7,9 @@ namespace tarnis::testing {
 namespace {
 
 // The socket's buffer and the waits that fill it.
-class Source {
+class ChunkSource {
 public:
-    Source(const QByteArrayList& waits, int& count)
+    ChunkSource(const QByteArrayList& waits, int& count)
         : m_waits(waits)
         , m_count(count)
     {
@@ -41,7 +41,7 @@ private:
 ReadOutcome readTextReply(const QByteArrayList& waits, const QByteArray& prompt, bool progress)
 {
     ReadOutcome out;
-    Source source(waits, out.waits);
+    ChunkSource source(waits, out.waits);
     int idle = 0;
     while (true) {
         const bool waited = source.wait();
@@ -70,7 +70,7 @@ ReadOutcome readTextReply(const QByteArrayList& waits, const QByteArray& prompt,
 ReadOutcome readBinaryReply(const QByteArrayList& waits, const QByteArray& prompt)
 {
     ReadOutcome out;
-    Source source(waits, out.waits);
+    ChunkSource source(waits, out.waits);
     int idle = 0;
     qint64 length = 0;
     bool lengthRead = false;

@@ -91,8 +91,8 @@ void WakeUp::waitWith(int socket, bool forWriting, long microseconds) const
         const auto taken = ::read(m_event, &count, sizeof count);
 }
 
-ScriptedConnection::ScriptedConnection(Board& board, int socket, Script script)
-    : m_board(board)
+ScriptedConnection::ScriptedConnection(SharedState& shared, int socket, Script script)
+    : m_shared(shared)
     , m_socket(socket)
     , m_script(std::move(script))
 {
@@ -112,24 +112,24 @@ ScriptedConnection::~ScriptedConnection()
 
 void ScriptedConnection::play()
 {
-    if (play(m_script) == Going::On)
+    if (play(m_script) == Flow::Continue)
         waitUntil([] { return false; });
     pump(); // reads the last bytes of the client; unread bytes would also turn an orderly close into a reset
     ::close(m_socket);
-    const std::lock_guard lock(m_board.mutex);
+    const std::lock_guard lock(m_shared.mutex);
     isOpen = false;
 }
 
-ScriptedConnection::Going ScriptedConnection::play(const Script& script)
+ScriptedConnection::Flow ScriptedConnection::play(const Script& script)
 {
     for (const Step& step : script) {
-        if (play(step) == Going::Over)
-            return Going::Over;
+        if (play(step) == Flow::Stop)
+            return Flow::Stop;
     }
-    return Going::On;
+    return Flow::Continue;
 }
 
-ScriptedConnection::Going ScriptedConnection::play(const Step& step)
+ScriptedConnection::Flow ScriptedConnection::play(const Step& step)
 {
     switch (step.kind) {
     case Step::Kind::Text:
@@ -145,29 +145,29 @@ ScriptedConnection::Going ScriptedConnection::play(const Step& step)
     case Step::Kind::Reset: {
         const linger abortive { 1, 0 };
         ::setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &abortive, sizeof abortive);
-        return Going::Over;
+        return Flow::Stop;
     }
     case Step::Kind::Drop:
-        return Going::Over;
+        return Flow::Stop;
     case Step::Kind::Serve:
         return serve();
     }
-    return Going::Over;
+    return Flow::Stop;
 }
 
 std::string ScriptedConnection::bytesOf(const Step& step) const
 {
     switch (step.kind) {
     case Step::Kind::Text:
-        return step.bytes + m_board.prompt;
+        return step.bytes + m_shared.prompt;
     case Step::Kind::Binary:
-        return littleEndian(step.announced) + step.bytes + step.behind + m_board.prompt;
+        return littleEndian(step.announced) + step.bytes + step.behind + m_shared.prompt;
     default:
         return step.bytes;
     }
 }
 
-ScriptedConnection::Going ScriptedConnection::sendPieces(const Step& step)
+ScriptedConnection::Flow ScriptedConnection::sendPieces(const Step& step)
 {
     const std::string bytes = bytesOf(step);
     std::vector<std::size_t> ends = step.cuts;
@@ -184,22 +184,22 @@ ScriptedConnection::Going ScriptedConnection::sendPieces(const Step& step)
             m_wakeUp.waitWith(m_socket, false, apartMicroseconds);
             pump();
             // Otherwise its bytes would be waited for until the server ends.
-            const std::lock_guard lock(m_board.mutex);
+            const std::lock_guard lock(m_shared.mutex);
             if (clientClosed)
-                return Going::Over;
+                return Flow::Stop;
         }
-        if (sendAll(std::string_view(bytes).substr(begin, end - begin)) == Going::Over)
-            return Going::Over;
+        if (sendAll(std::string_view(bytes).substr(begin, end - begin)) == Flow::Stop)
+            return Flow::Stop;
         begin = end;
     }
-    return Going::On;
+    return Flow::Continue;
 }
 
-ScriptedConnection::Going ScriptedConnection::sendAll(std::string_view bytes)
+ScriptedConnection::Flow ScriptedConnection::sendAll(std::string_view bytes)
 {
     while (!bytes.empty()) {
         if (m_stop.stop_requested())
-            return Going::Over;
+            return Flow::Stop;
         const ssize_t sent = ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (sent > 0) {
             bytes.remove_prefix(std::size_t(sent));
@@ -207,10 +207,10 @@ ScriptedConnection::Going ScriptedConnection::sendAll(std::string_view bytes)
             m_wakeUp.waitWith(m_socket, true);
             pump();
         } else {
-            return Going::Over;
+            return Flow::Stop;
         }
     }
-    return Going::On;
+    return Flow::Continue;
 }
 
 bool ScriptedConnection::clientHasTaken() const
@@ -223,39 +223,39 @@ bool ScriptedConnection::clientHasTaken() const
     return unreadByClient(portOf(m_socket, ::getpeername), portOf(m_socket, ::getsockname)).value_or(0) == 0;
 }
 
-ScriptedConnection::Going ScriptedConnection::expect(const std::string& bytes)
+ScriptedConnection::Flow ScriptedConnection::expect(const std::string& bytes)
 {
-    if (waitUntil([&] { return received.size() - m_used >= bytes.size(); }) == Going::Over)
-        return Going::Over;
-    const std::lock_guard lock(m_board.mutex);
+    if (waitUntil([&] { return received.size() - m_used >= bytes.size(); }) == Flow::Stop)
+        return Flow::Stop;
+    const std::lock_guard lock(m_shared.mutex);
     if (received.compare(m_used, bytes.size(), bytes) != 0) {
-        m_board.failures.push_back("expected \"" + bytes + "\", received \"" + received.substr(m_used) + '"');
-        return Going::Over;
+        m_shared.failures.push_back("expected \"" + bytes + "\", received \"" + received.substr(m_used) + '"');
+        return Flow::Stop;
     }
     m_used += bytes.size();
-    return Going::On;
+    return Flow::Continue;
 }
 
-ScriptedConnection::Going ScriptedConnection::hold(const std::string& name)
+ScriptedConnection::Flow ScriptedConnection::hold(const std::string& name)
 {
     {
-        const std::lock_guard lock(m_board.mutex);
-        ++m_board.gates[name].waiting;
+        const std::lock_guard lock(m_shared.mutex);
+        ++m_shared.gates[name].waiting;
     }
-    const Going going = waitUntil([&] {
-        Gate& gate = m_board.gates[name];
+    const Flow going = waitUntil([&] {
+        Gate& gate = m_shared.gates[name];
         return gate.open || (gate.permits > 0 && gate.permits-- > 0);
     });
-    const std::lock_guard lock(m_board.mutex);
-    --m_board.gates[name].waiting;
+    const std::lock_guard lock(m_shared.mutex);
+    --m_shared.gates[name].waiting;
     return going;
 }
 
-ScriptedConnection::Going ScriptedConnection::serve()
+ScriptedConnection::Flow ScriptedConnection::serve()
 {
     for (;;) {
         std::string request;
-        const Going going = waitUntil([&] {
+        const Flow going = waitUntil([&] {
             const bool upload = received.compare(m_used, 6, "txfile") == 0;
             const std::size_t end = received.find(upload ? '\x04' : '\n', m_used);
             if (end == std::string::npos)
@@ -264,8 +264,8 @@ ScriptedConnection::Going ScriptedConnection::serve()
             m_used = end + 1;
             return true;
         });
-        if (going == Going::Over || play(answerTo(request)) == Going::Over)
-            return Going::Over;
+        if (going == Flow::Stop || play(answerTo(request)) == Flow::Stop)
+            return Flow::Stop;
     }
 }
 
@@ -273,30 +273,30 @@ Script ScriptedConnection::answerTo(const std::string& request)
 {
     std::function<Script(const std::string&)> responder;
     {
-        const std::lock_guard lock(m_board.mutex);
-        const auto known = m_board.answers.find(request);
-        if (known != m_board.answers.end() && !known->second.empty()) {
+        const std::lock_guard lock(m_shared.mutex);
+        const auto known = m_shared.answers.find(request);
+        if (known != m_shared.answers.end() && !known->second.empty()) {
             const Script script = known->second.front();
             if (known->second.size() > 1)
                 known->second.pop_front();
             return script;
         }
-        responder = m_board.responder;
+        responder = m_shared.responder;
     }
     return responder ? responder(request) : Script { Step::text({}) };
 }
 
 // Returns Over if the client has disconnected or the server ends before the condition holds.
-ScriptedConnection::Going ScriptedConnection::waitUntil(const Condition& condition)
+ScriptedConnection::Flow ScriptedConnection::waitUntil(const Condition& condition)
 {
     for (;;) {
         pump();
         {
-            const std::lock_guard lock(m_board.mutex);
+            const std::lock_guard lock(m_shared.mutex);
             if (condition())
-                return Going::On;
+                return Flow::Continue;
             if (clientClosed || m_stop.stop_requested())
-                return Going::Over;
+                return Flow::Stop;
         }
         m_wakeUp.waitWith(m_socket);
     }
@@ -307,7 +307,7 @@ void ScriptedConnection::pump()
     std::array<char, 65536> bytes; // NOLINT: filled by recv
     for (;;) {
         const ssize_t count = ::recv(m_socket, bytes.data(), bytes.size(), 0);
-        const std::lock_guard lock(m_board.mutex);
+        const std::lock_guard lock(m_shared.mutex);
         if (count > 0) {
             received.append(bytes.data(), std::size_t(count));
             noteRequests();
@@ -326,7 +326,7 @@ void ScriptedConnection::noteRequests()
         const std::size_t end = received.find(upload ? '\x04' : '\n', m_noted);
         if (end == std::string::npos)
             return;
-        m_board.requests.push_back(received.substr(m_noted, end - m_noted));
+        m_shared.requests.push_back(received.substr(m_noted, end - m_noted));
         m_noted = end + 1;
     }
 }

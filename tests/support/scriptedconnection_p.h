@@ -34,7 +34,7 @@ struct Gate {
 };
 
 /// State shared by all connections of a server. Everything except the prompt is guarded by the mutex.
-struct Board {
+struct SharedState {
     std::mutex mutex;
     std::string prompt;
     std::map<std::string, std::deque<Script>> answers;
@@ -46,36 +46,36 @@ struct Board {
 
 class ScriptedConnection {
 public:
-    ScriptedConnection(Board& board, int socket, Script script);
+    ScriptedConnection(SharedState& shared, int socket, Script script);
     ~ScriptedConnection();
     ScriptedConnection(const ScriptedConnection&) = delete;
     ScriptedConnection& operator=(const ScriptedConnection&) = delete;
     void wakeUp() const { m_wakeUp.signal(); }
 
-    std::string received; ///< guarded by the board's mutex, like the two flags
+    std::string received; ///< guarded by the mutex of the shared state, like the two flags
     bool isOpen = true;
     bool clientClosed = false;
 
 private:
-    enum class Going { On, Over };
+    enum class Flow { Continue, Stop };
     using Condition = std::function<bool()>; ///< called with the mutex held
 
     void play();
-    Going play(const Script& script);
-    Going play(const Step& step);
-    Going sendPieces(const Step& step);
-    Going sendAll(std::string_view bytes);
-    Going expect(const std::string& bytes);
-    Going hold(const std::string& gate);
-    Going serve();
-    Going waitUntil(const Condition& condition);
+    Flow play(const Script& script);
+    Flow play(const Step& step);
+    Flow sendPieces(const Step& step);
+    Flow sendAll(std::string_view bytes);
+    Flow expect(const std::string& bytes);
+    Flow hold(const std::string& gate);
+    Flow serve();
+    Flow waitUntil(const Condition& condition);
     void pump();
     void noteRequests();
     bool clientHasTaken() const;
     Script answerTo(const std::string& request);
     std::string bytesOf(const Step& step) const;
 
-    Board& m_board;
+    SharedState& m_shared;
     int m_socket;
     const Script m_script;
     std::size_t m_used = 0; ///< of `received`, by expect() and serve()

@@ -140,7 +140,7 @@ public:
         , script(defaultScript)
         , listener(boundSocket(port))
     {
-        board.prompt = promptBytes.toStdString();
+        shared.prompt = promptBytes.toStdString();
         if (::listen(listener, SOMAXCONN) != 0)
             throw std::runtime_error("scripted server: cannot listen");
         std::latch started(1);
@@ -167,16 +167,16 @@ public:
             const int fd = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
             if (fd < 0)
                 continue;
-            const std::lock_guard lock(board.mutex);
+            const std::lock_guard lock(shared.mutex);
             const auto own = scripts.find(int(connections.size()));
             connections.push_back(
-                std::make_unique<ScriptedConnection>(board, fd, own == scripts.end() ? script : own->second));
+                std::make_unique<ScriptedConnection>(shared, fd, own == scripts.end() ? script : own->second));
         }
     }
 
     template <typename Function> auto locked(Function function)
     {
-        const std::lock_guard lock(board.mutex);
+        const std::lock_guard lock(shared.mutex);
         return function();
     }
 
@@ -188,9 +188,9 @@ public:
 
     const QByteArray prompt;
     quint16 port = 0;
-    Board board;
+    SharedState shared;
     const Script script;
-    std::map<int, Script> scripts; ///< guarded by the board's mutex, as all below
+    std::map<int, Script> scripts; ///< guarded by the mutex of the shared state, as all below
     std::vector<std::unique_ptr<ScriptedConnection>> connections;
     WakeUp wakeUp;
     int listener;
@@ -233,12 +233,12 @@ void ScriptedServer::answer(const QByteArray& request, const Script& reply)
 
 void ScriptedServer::answerInTurn(const QByteArray& request, const std::vector<Script>& replies)
 {
-    d->locked([&] { d->board.answers[request.toStdString()].assign(replies.begin(), replies.end()); });
+    d->locked([&] { d->shared.answers[request.toStdString()].assign(replies.begin(), replies.end()); });
 }
 
 void ScriptedServer::answerOthers(const std::function<Script(const std::string& request)>& responder)
 {
-    d->locked([&] { d->board.responder = responder; });
+    d->locked([&] { d->shared.responder = responder; });
 }
 
 void ScriptedServer::setScript(int connection, const Script& script)
@@ -249,7 +249,7 @@ void ScriptedServer::setScript(int connection, const Script& script)
 void ScriptedServer::release(const QByteArray& gate, int times)
 {
     d->locked([&] {
-        d->board.gates[gate.toStdString()].permits += times;
+        d->shared.gates[gate.toStdString()].permits += times;
         d->wakeConnections();
     });
 }
@@ -257,14 +257,14 @@ void ScriptedServer::release(const QByteArray& gate, int times)
 void ScriptedServer::open(const QByteArray& gate)
 {
     d->locked([&] {
-        d->board.gates[gate.toStdString()].open = true;
+        d->shared.gates[gate.toStdString()].open = true;
         d->wakeConnections();
     });
 }
 
 int ScriptedServer::holding(const QByteArray& gate) const
 {
-    return d->locked([&] { return d->board.gates[gate.toStdString()].waiting; });
+    return d->locked([&] { return d->shared.gates[gate.toStdString()].waiting; });
 }
 
 int ScriptedServer::connectionCount() const
@@ -301,7 +301,7 @@ QList<QByteArray> ScriptedServer::requests() const
 {
     return d->locked([&] {
         QList<QByteArray> all;
-        for (const std::string& request : d->board.requests)
+        for (const std::string& request : d->shared.requests)
             all.append(QByteArray::fromStdString(request));
         return all;
     });
@@ -311,7 +311,7 @@ QStringList ScriptedServer::failures() const
 {
     return d->locked([&] {
         QStringList all;
-        for (const std::string& failure : d->board.failures)
+        for (const std::string& failure : d->shared.failures)
             all.append(QString::fromStdString(failure));
         return all;
     });
