@@ -101,7 +101,7 @@ public:
     DataServer server;
 };
 
-/// Enters the name in the chooser after the trouble has begun in its folder, and presses Save.
+/// Enters the name in the chooser after the failure has begun in its folder, and presses Save.
 ModalWatchdog::Answer saveTo(SavePlace& place)
 {
     return [&place](QWidget& window) {
@@ -127,11 +127,11 @@ ModalWatchdog::Answer print(const QString& path)
     };
 }
 
-const char* causeOf(SaveTrouble trouble)
+const char* causeOf(SaveFailure failure)
 {
-    if (trouble == SaveTrouble::FullDevice || trouble == SaveTrouble::FullDisk)
+    if (failure == SaveFailure::FullDevice || failure == SaveFailure::FullDisk)
         return "no space is left";
-    return trouble == SaveTrouble::ReadOnlyFolder ? "permission denied" : "does not exist";
+    return failure == SaveFailure::ReadOnlyFolder ? "permission denied" : "does not exist";
 }
 
 QString nameIn(const QWidget& dialog)
@@ -139,23 +139,23 @@ QString nameIn(const QWidget& dialog)
     return dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
 }
 
-struct Trouble {
-    SaveTrouble trouble;
+struct FailureCase {
+    SaveFailure failure;
     const char* cause;
 };
 
 // If the entered name is a folder, a chooser opens it instead of saving.
-constexpr Trouble chooserTroubles[] = {
-    { SaveTrouble::FullDevice, "no space is left" },
-    { SaveTrouble::FullDisk, "no space is left" },
-    { SaveTrouble::ReadOnlyFolder, "permission denied" },
-    { SaveTrouble::VanishedFolder, "does not exist" },
-    { SaveTrouble::SlashInName, "does not exist" },
+constexpr FailureCase chooserFailures[] = {
+    { SaveFailure::FullDevice, "no space is left" },
+    { SaveFailure::FullDisk, "no space is left" },
+    { SaveFailure::ReadOnlyFolder, "permission denied" },
+    { SaveFailure::VanishedFolder, "does not exist" },
+    { SaveFailure::SlashInName, "does not exist" },
 };
 // The printer's dialog checks the others itself.
-constexpr Trouble printerTroubles[] = {
-    { SaveTrouble::FullDevice, "no space is left" },
-    { SaveTrouble::FullDisk, "no space is left" },
+constexpr FailureCase printerFailures[] = {
+    { SaveFailure::FullDevice, "no space is left" },
+    { SaveFailure::FullDisk, "no space is left" },
 };
 
 } // namespace
@@ -192,17 +192,17 @@ private Q_SLOTS:
             return eventually([&] { return watchdog.isContent() && !window->findChild<QPrintDialog*>(); });
         };
         {
-            SavePlace place(SaveTrouble::None, suffix);
+            SavePlace place(SaveFailure::None, suffix);
             QVERIFY(save(place));
             QVERIFY(!SavingConsole::boxOn(*window));
             QVERIFY(fixture.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
             QVERIFY(place.content() != "old");
             QVERIFY(!place.content().isEmpty());
         }
-        for (const auto& [trouble, cause] : isPrint
-                ? QList<Trouble>(std::begin(printerTroubles), std::end(printerTroubles))
-                : QList<Trouble>(std::begin(chooserTroubles), std::end(chooserTroubles))) {
-            SavePlace place(trouble, suffix);
+        for (const auto& [failure, cause] : isPrint
+                ? QList<FailureCase>(std::begin(printerFailures), std::end(printerFailures))
+                : QList<FailureCase>(std::begin(chooserFailures), std::end(chooserFailures))) {
+            SavePlace place(failure, suffix);
             if (!place.isThere())
                 continue; // mounting is not permitted here
             QVERIFY(save(place));
@@ -231,9 +231,9 @@ private Q_SLOTS:
         QFETCH(QString, suffix);
         SavingConsole fixture;
         QWidget* const window = fixture.filled(id.constData());
-        for (const SaveTrouble trouble : { SaveTrouble::None, SaveTrouble::FullDevice, SaveTrouble::FullDisk,
-                 SaveTrouble::ReadOnlyFolder, SaveTrouble::VanishedFolder, SaveTrouble::SlashInName }) {
-            SavePlace place(trouble, u'.' + suffix);
+        for (const SaveFailure failure : { SaveFailure::None, SaveFailure::FullDevice, SaveFailure::FullDisk,
+                 SaveFailure::ReadOnlyFolder, SaveFailure::VanishedFolder, SaveFailure::SlashInName }) {
+            SavePlace place(failure, u'.' + suffix);
             if (!place.isThere())
                 continue; // mounting is not permitted here
             tarnis::ExportDialog& dialog = SavingConsole::exportOf(*window);
@@ -244,13 +244,13 @@ private Q_SLOTS:
                 isOld ? QList<ModalWatchdog::Answer> { agree } : QList<ModalWatchdog::Answer>());
             dialog.accept();
             QVERIFY(watchdog.isContent());
-            if (trouble == SaveTrouble::None) {
+            if (failure == SaveFailure::None) {
                 QVERIFY(!dialog.isVisible());
                 QVERIFY(fixture.record().contains(QStringLiteral("Saved as %1.").arg(place.path())));
                 QVERIFY(!place.content().isEmpty() && place.content() != "old");
             } else {
                 const auto* const problem = dialog.findChild<QLabel*>(QStringLiteral("exportProblemLabel"));
-                const char* const cause = causeOf(trouble);
+                const char* const cause = causeOf(failure);
                 QVERIFY2(problem->isVisible() && problem->text().contains(QLatin1String(cause)), cause);
                 QVERIFY2(place.isUntouched(), cause);
                 dialog.reject();
@@ -292,15 +292,15 @@ private Q_SLOTS:
 
     void reportsTheResultOfSavingTheRecord_data()
     {
-        addSaveTroubles(SaveTrouble::FolderInPlace);
+        addSaveFailures(SaveFailure::FolderInPlace);
     } // the chooser enters it
     void reportsTheResultOfSavingTheRecord()
     {
-        QFETCH(SaveTrouble, trouble);
+        QFETCH(SaveFailure, failure);
         QFETCH(QString, cause);
         SavingConsole fixture;
         fixture.window->commandPanel().addMessage(QString(9000, u'x')); // more than fits on the disk
-        SavePlace place(trouble, ".txt");
+        SavePlace place(failure, ".txt");
         if (!place.isThere())
             QSKIP("only root may mount the small disk of this case");
         QList<ModalWatchdog::Answer> answers { saveTo(place) };
@@ -308,7 +308,7 @@ private Q_SLOTS:
             answers.append(agree);
         const ModalWatchdog watchdog(answers);
         fixture.choose("saveRecordAction");
-        const bool isGood = trouble == SaveTrouble::None;
+        const bool isGood = failure == SaveFailure::None;
         const QString said = isGood ? QStringLiteral("Saved as") : QStringLiteral("was not saved");
         QVERIFY(fixture.shows(said));
         QVERIFY(watchdog.isContent());
@@ -383,7 +383,7 @@ private Q_SLOTS:
 
     void asksBeforeReplacingAFileWithTheAddedSuffix()
     {
-        SavePlace place(SaveTrouble::None, ".12.png");
+        SavePlace place(SaveFailure::None, ".12.png");
         SavingConsole fixture;
         tarnis::ExportDialog& dialog = SavingConsole::exportOf(*fixture.filled("curves"));
         dialog.setPath(place.path().chopped(4));

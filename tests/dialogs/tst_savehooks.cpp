@@ -23,9 +23,9 @@ using namespace tarnis::testing;
 namespace {
 
 /// A file dialog that is already answered.
-class Answered : public QFileDialog {
+class AnsweredDialog : public QFileDialog {
 public:
-    Answered(QWidget* parent, const QString& path)
+    AnsweredDialog(QWidget* parent, const QString& path)
         : QFileDialog(parent)
     {
         setAcceptMode(QFileDialog::AcceptSave);
@@ -43,14 +43,14 @@ struct Report {
 };
 
 /// Sets the hooks of a host while it exists.
-class Host {
+class SaveHookRecorder {
 public:
-    explicit Host(SavePlace& place)
+    explicit SaveHookRecorder(SavePlace& place)
     {
         tarnis::setSaveHooks({ .makeDialog =
                                    [this, &place](const tarnis::SaveRequest& request) {
                                        requests.append(request);
-                                       auto* const dialog = new Answered(request.source, place.path());
+                                       auto* const dialog = new AnsweredDialog(request.source, place.path());
                                        place.begin();
                                        return dialog;
                                    },
@@ -59,16 +59,16 @@ public:
                     reports.append({ &source, path, error });
                 } });
     }
-    ~Host() { tarnis::setSaveHooks({}); }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
+    ~SaveHookRecorder() { tarnis::setSaveHooks({}); }
+    SaveHookRecorder(const SaveHookRecorder&) = delete;
+    SaveHookRecorder& operator=(const SaveHookRecorder&) = delete;
 
     QList<tarnis::SaveRequest> requests;
     QList<Report> reports;
 };
 
 /// A plot with data that is painted after the printer's dialog has been answered.
-template <typename Plot> class Watched : public Plot {
+template <typename Plot> class WatchedPlot : public Plot {
 public:
     std::function<void()> watch;
 
@@ -106,13 +106,13 @@ class TestSaveHooks : public QObject {
     template <typename Widget>
     void check(Widget& widget, const QString& suffix, const std::function<bool(const QByteArray&)>& isWhole)
     {
-        QFETCH(SaveTrouble, trouble);
+        QFETCH(SaveFailure, failure);
         QFETCH(QString, cause);
-        SavePlace place(trouble, suffix);
+        SavePlace place(failure, suffix);
         if (!place.isThere())
             QSKIP("only root may mount the small disk of this case");
         setSaveFilePath("/before/");
-        const Host host(place);
+        const SaveHookRecorder host(place);
         ModalWatchdog watchdog; // no message box of the library
         widget.save();
         QVERIFY(watchdog.isContent());
@@ -122,7 +122,7 @@ class TestSaveHooks : public QObject {
         QCOMPARE(host.reports.first().source, static_cast<QWidget*>(&widget));
         QCOMPARE(host.reports.first().path, place.path());
         const QString error = host.reports.first().error;
-        if (trouble == SaveTrouble::None) {
+        if (failure == SaveFailure::None) {
             QCOMPARE(error, QString());
             QVERIFY(isWhole(place.content()));
             QCOMPARE(getSaveDir(), QFileInfo(place.path()).path() + '/');
@@ -134,7 +134,7 @@ class TestSaveHooks : public QObject {
     }
 
 private Q_SLOTS:
-    void savesAPictureCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesAPictureCompletelyOrReports_data() { addSaveFailures(); }
     void savesAPictureCompletelyOrReports()
     {
         struct Plot : VectorGraphWidget {
@@ -144,7 +144,7 @@ private Q_SLOTS:
         check(plot, ".png", [](const QByteArray& bytes) { return QImage::fromData(bytes).size() == QSize(300, 200); });
     }
 
-    void savesASeriesCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesASeriesCompletelyOrReports_data() { addSaveFailures(); }
     void savesASeriesCompletelyOrReports()
     {
         struct Plot : VectorGraphWidget {
@@ -154,7 +154,7 @@ private Q_SLOTS:
         check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5\n") == 3000; });
     }
 
-    void savesCurvesCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesCurvesCompletelyOrReports_data() { addSaveFailures(); }
     void savesCurvesCompletelyOrReports()
     {
         struct Plot : MultiVectorGraphWidget {
@@ -165,7 +165,7 @@ private Q_SLOTS:
         check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5") == 3000 && bytes.endsWith("\n"); });
     }
 
-    void savesAMapCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesAMapCompletelyOrReports_data() { addSaveFailures(); }
     void savesAMapCompletelyOrReports()
     {
         struct Plot : XY2DGraphWidget {
@@ -176,7 +176,7 @@ private Q_SLOTS:
         check(plot, ".csv", [](const QByteArray& bytes) { return bytes.count("1.5") == 5000; });
     }
 
-    void savesATableCompletelyOrReports_data() { addSaveTroubles(); }
+    void savesATableCompletelyOrReports_data() { addSaveFailures(); }
     void savesATableCompletelyOrReports()
     {
         struct Table : NameValueListDialog {
@@ -191,19 +191,19 @@ private Q_SLOTS:
     }
 
     // The printer's dialog refuses a slash in the name.
-    void printsAPageCompletelyOrReports_data() { addSaveTroubles(SaveTrouble::SlashInName); }
+    void printsAPageCompletelyOrReports_data() { addSaveFailures(SaveFailure::SlashInName); }
     void printsAPageCompletelyOrReports()
     {
-        QFETCH(SaveTrouble, trouble);
+        QFETCH(SaveFailure, failure);
         QFETCH(QString, cause);
-        SavePlace place(trouble, ".pdf");
+        SavePlace place(failure, ".pdf");
         if (!place.isThere())
             QSKIP("only root may mount the small disk of this case");
-        Watched<VectorGraphWidget> plot;
+        WatchedPlot<VectorGraphWidget> plot;
         plot.resize(300, 200);
         plot.setData(QList<double>(3000, 1.5));
         plot.watch = [&] { place.begin(); };
-        const Host host(place);
+        const SaveHookRecorder host(place);
         QList<ModalWatchdog::Answer> answers { print(place.path()) };
         if (QFileInfo::exists(place.path()))
             answers.append(agree); // it exists: overwrite?
@@ -213,7 +213,7 @@ private Q_SLOTS:
         QCOMPARE(host.reports.size(), 1);
         QCOMPARE(host.reports.first().path, place.path());
         const QString error = host.reports.first().error;
-        if (trouble == SaveTrouble::None) {
+        if (failure == SaveFailure::None) {
             QCOMPARE(error, QString());
             QVERIFY(place.content().startsWith("%PDF-"));
             QVERIFY(place.content().trimmed().endsWith("%%EOF"));
@@ -225,8 +225,8 @@ private Q_SLOTS:
 
     void picturesNeedAKnownEnding()
     {
-        SavePlace place(SaveTrouble::None, ".12");
-        const Host host(place);
+        SavePlace place(SaveFailure::None, ".12");
+        const SaveHookRecorder host(place);
         VectorGraphWidget plot;
         plot.resize(300, 200);
         plot.onSave();
@@ -237,8 +237,8 @@ private Q_SLOTS:
 
     void theRequestDescribesTheSave()
     {
-        SavePlace place(SaveTrouble::None, ".png");
-        const Host host(place);
+        SavePlace place(SaveFailure::None, ".png");
+        const SaveHookRecorder host(place);
         setSaveFilePath("/here/");
         VectorGraphWidget plot;
         plot.resize(300, 200);
@@ -254,7 +254,7 @@ private Q_SLOTS:
 
     void withoutAHostsDialogTheLibraryAsks()
     {
-        SavePlace place(SaveTrouble::None, ".csv");
+        SavePlace place(SaveFailure::None, ".csv");
         int reports = 0;
         tarnis::setSaveHooks(
             { .makeDialog = {}, .report = [&](QWidget&, const QString&, const QString&) { ++reports; } });

@@ -46,64 +46,64 @@ private:
 };
 
 /// The kind of failure.
-enum class SaveTrouble { None, FullDevice, FullDisk, ReadOnlyFolder, VanishedFolder, SlashInName, FolderInPlace };
+enum class SaveFailure { None, FullDevice, FullDisk, ReadOnlyFolder, VanishedFolder, SlashInName, FolderInPlace };
 
-/// The data rows of a test that saves in each location: `trouble`, and a part of the expected error. `impossible` is a
+/// The data rows of a test that saves in each location: `failure`, and a part of the expected error. `impossible` is a
 /// location that the file chooser of the save does not accept.
-inline void addSaveTroubles(SaveTrouble impossible = SaveTrouble::None)
+inline void addSaveFailures(SaveFailure impossible = SaveFailure::None)
 {
-    QTest::addColumn<SaveTrouble>("trouble");
+    QTest::addColumn<SaveFailure>("failure");
     QTest::addColumn<QString>("cause");
-    QTest::newRow("no trouble") << SaveTrouble::None << QString();
-    QTest::newRow("/dev/full") << SaveTrouble::FullDevice << "no space is left";
-    QTest::newRow("full disk") << SaveTrouble::FullDisk << "no space is left";
-    QTest::newRow("read-only folder") << SaveTrouble::ReadOnlyFolder << "permission denied";
-    QTest::newRow("vanished folder") << SaveTrouble::VanishedFolder << "does not exist";
-    if (impossible != SaveTrouble::SlashInName)
-        QTest::newRow("slash in the name") << SaveTrouble::SlashInName << "does not exist";
-    if (impossible != SaveTrouble::FolderInPlace)
-        QTest::newRow("a folder of that name") << SaveTrouble::FolderInPlace << "it is a folder";
+    QTest::newRow("no failure") << SaveFailure::None << QString();
+    QTest::newRow("/dev/full") << SaveFailure::FullDevice << "no space is left";
+    QTest::newRow("full disk") << SaveFailure::FullDisk << "no space is left";
+    QTest::newRow("read-only folder") << SaveFailure::ReadOnlyFolder << "permission denied";
+    QTest::newRow("vanished folder") << SaveFailure::VanishedFolder << "does not exist";
+    if (impossible != SaveFailure::SlashInName)
+        QTest::newRow("slash in the name") << SaveFailure::SlashInName << "does not exist";
+    if (impossible != SaveFailure::FolderInPlace)
+        QTest::newRow("a folder of that name") << SaveFailure::FolderInPlace << "it is a folder";
 }
 
 /// One such location, with an older file in it if possible.
 class SavePlace {
 public:
     /// `suffix` with its dot.
-    SavePlace(SaveTrouble trouble, const QString& suffix)
-        : m_trouble(trouble)
+    SavePlace(SaveFailure failure, const QString& suffix)
+        : m_failure(failure)
     {
-        switch (trouble) {
-        case SaveTrouble::None:
-        case SaveTrouble::ReadOnlyFolder:
+        switch (failure) {
+        case SaveFailure::None:
+        case SaveFailure::ReadOnlyFolder:
             m_path = m_folder.filePath("data" + suffix);
             writeOld();
             break;
-        case SaveTrouble::FullDevice:
+        case SaveFailure::FullDevice:
             m_path = m_folder.filePath("data" + suffix);
             if (!QFile::link("/dev/full", m_path))
                 qFatal("no link");
             break;
-        case SaveTrouble::FullDisk:
+        case SaveFailure::FullDisk:
             m_disk = std::make_unique<FullDisk>();
             m_path = m_disk->path("old" + suffix);
             if (m_disk->isMounted() && !QFile::rename(m_disk->path("old"), m_path))
                 qFatal("no old file");
             break;
-        case SaveTrouble::VanishedFolder:
+        case SaveFailure::VanishedFolder:
             QDir(m_folder.path()).mkdir("gone");
             m_path = m_folder.filePath("gone/data" + suffix);
             break;
-        case SaveTrouble::SlashInName:
+        case SaveFailure::SlashInName:
             m_path = m_folder.filePath("run 1/2" + suffix);
             break;
-        case SaveTrouble::FolderInPlace:
+        case SaveFailure::FolderInPlace:
             m_path = m_folder.filePath("data" + suffix);
             break;
         }
     }
     ~SavePlace()
     {
-        if (m_trouble == SaveTrouble::ReadOnlyFolder && m_isRoot && ::seteuid(0) != 0)
+        if (m_failure == SaveFailure::ReadOnlyFolder && m_isRoot && ::seteuid(0) != 0)
             qFatal("cannot get the privileges back");
     }
     SavePlace(const SavePlace&) = delete;
@@ -116,11 +116,11 @@ public:
     /// Starts the failure: call it when the file has been chosen.
     void begin()
     {
-        if (m_trouble == SaveTrouble::VanishedFolder)
+        if (m_failure == SaveFailure::VanishedFolder)
             QDir(m_folder.filePath("gone")).removeRecursively();
-        else if (m_trouble == SaveTrouble::FolderInPlace)
+        else if (m_failure == SaveFailure::FolderInPlace)
             QDir(m_folder.path()).mkdir(QFileInfo(m_path).fileName());
-        else if (m_trouble == SaveTrouble::ReadOnlyFolder)
+        else if (m_failure == SaveFailure::ReadOnlyFolder)
             takeRightsAway();
     }
 
@@ -131,19 +131,19 @@ public:
         const QDir folder(info.path());
         const QStringList names =
             folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-        switch (m_trouble) {
-        case SaveTrouble::None:
+        switch (m_failure) {
+        case SaveFailure::None:
             return false;
-        case SaveTrouble::ReadOnlyFolder:
+        case SaveFailure::ReadOnlyFolder:
             return names.size() == 1 && content() == "old";
-        case SaveTrouble::FullDisk:
+        case SaveFailure::FullDisk:
             return names.size() == 2 && content() == "old";
-        case SaveTrouble::FullDevice:
+        case SaveFailure::FullDevice:
             return names.size() == 1 && info.isSymLink();
-        case SaveTrouble::VanishedFolder:
-        case SaveTrouble::SlashInName:
+        case SaveFailure::VanishedFolder:
+        case SaveFailure::SlashInName:
             return !folder.exists();
-        case SaveTrouble::FolderInPlace:
+        case SaveFailure::FolderInPlace:
             return names.size() == 1 && info.isDir();
         }
         return false;
@@ -173,7 +173,7 @@ private:
 
     QTemporaryDir m_folder;
     std::unique_ptr<FullDisk> m_disk;
-    SaveTrouble m_trouble;
+    SaveFailure m_failure;
     QString m_path;
     const bool m_isRoot = ::geteuid() == 0;
 };
