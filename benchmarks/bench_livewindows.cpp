@@ -121,12 +121,12 @@ private:
     QElapsedTimer m_sinceLast;
 };
 
-struct Watched {
-    virtual ~Watched() = default;
+struct WatchedWindow {
+    virtual ~WatchedWindow() = default;
     Polls polls;
 };
 
-using Windows = std::vector<std::unique_ptr<Watched>>;
+using Windows = std::vector<std::unique_ptr<WatchedWindow>>;
 
 template <typename Window> void open(Window& window, const QPoint& at, const QSize& size)
 {
@@ -136,7 +136,7 @@ template <typename Window> void open(Window& window, const QPoint& at, const QSi
     window.show();
 }
 
-struct WatchedCurves : Watched {
+struct WatchedCurves : WatchedWindow {
     WatchedCurves(TarnisSession& model, const Histogram& histogram, const QPoint& at)
         : window(&model, histogram.command, "X", 0.0, histogram.xMax, 1, 0, "row", {}, histogram.command, 0,
             histogram.lastRow, nullptr)
@@ -147,7 +147,7 @@ struct WatchedCurves : Watched {
     Graph1DDialog window;
 };
 
-struct WatchedMap : Watched {
+struct WatchedMap : WatchedWindow {
     struct Window : Graph2DDialog {
         Window(TarnisSession& model, const QString& command, Polls& shown)
             : Graph2DDialog(
@@ -204,9 +204,9 @@ std::vector<double> sorted(std::vector<double> values)
 
 /// How long the GUI thread works without interruption: its own time between checks of its queue. Waiting is not
 /// included.
-class Stretches {
+class BusyTimes {
 public:
-    Stretches()
+    BusyTimes()
     {
         QObject::connect(
             QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &m_receiver, [this] {
@@ -227,7 +227,7 @@ double quantile(const std::vector<double>& sorted, double share)
 }
 
 /// Once a second after the warm-up.
-class Memory {
+class MemorySamples {
 public:
     void add(double mebibytes) { m_samples.push_back(mebibytes); }
     /// The minimum of the second half minus the median of the first: replies of 8 MiB are allocated and freed, and the
@@ -268,10 +268,10 @@ int run(const Kind& kind, int seconds)
     QTimer::singleShot(1000, QCoreApplication::instance(), [] { QCoreApplication::exit(); });
     QApplication::exec();
 
-    const Stretches stretches;
+    const BusyTimes busyTimes;
     const EventWaits waits(std::chrono::milliseconds(10));
-    Memory ownMemory;
-    Memory serverMemory;
+    MemorySamples ownMemory;
+    MemorySamples serverMemory;
     const Usage ownStart = Usage::of(getpid());
     const Usage serverStart = Usage::of(server.process());
     QElapsedTimer elapsed;
@@ -298,7 +298,7 @@ int run(const Kind& kind, int seconds)
         polls += window->polls.count();
         longestGap = std::max(longestGap, window->polls.longestGap());
     }
-    const std::vector<double> work = sorted(stretches.milliseconds);
+    const std::vector<double> work = sorted(busyTimes.milliseconds);
     const std::vector<double> wait = sorted(waits.milliseconds());
 
     std::printf("%s: %zu windows for %.1f s: %d polls\n", kind.name, windows.size(), time, polls);

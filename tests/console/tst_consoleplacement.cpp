@@ -132,9 +132,9 @@ private Q_SLOTS:
     void windowsAreMappedOnce()
     {
         // A window manager may leave a window hidden that is mapped, unmapped and mapped again at once.
-        class Unmapped : public QObject {
+        class HideRecorder : public QObject {
         public:
-            Unmapped() { qApp->installEventFilter(this); }
+            HideRecorder() { qApp->installEventFilter(this); }
             bool eventFilter(QObject* object, QEvent* event) override
             {
                 if (event->type() == QEvent::Hide && qobject_cast<QWindow*>(object))
@@ -144,14 +144,14 @@ private Q_SLOTS:
             QStringList names;
         };
         PlacementConsole console;
-        const Unmapped unmapped;
+        const HideRecorder recorder;
         for (const char* const id : { "curves", "map", "statistics", "rate", "stat-snapshot", "modules" }) {
             const QWidget* const window = console.fixture.find(id);
             QVERIFY2(window, id);
             QVERIFY2(window->isVisible() && window->windowHandle()->isVisible(), id);
             QVERIFY2(!window->testAttribute(Qt::WA_DontShowOnScreen), id);
         }
-        QCOMPARE(unmapped.names, QStringList());
+        QCOMPARE(recorder.names, QStringList());
     }
 
     void windowsOpenOnTheScreenAtDifferentPlaces()

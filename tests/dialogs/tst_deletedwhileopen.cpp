@@ -35,13 +35,13 @@ public:
     explicit Deleter(QWidget* subject)
         : m_subject(subject)
     {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { check(); });
         m_timer.start(5);
     }
     bool hasSeenABox() const { return m_seen; }
 
 private:
-    void look()
+    void check()
     {
         if (QApplication::activeModalWidget() == nullptr)
             return;
@@ -124,7 +124,7 @@ void pick(QWidget& plot, const QString& entry)
     }
 }
 
-struct Box {
+struct BoxCase {
     const char* name;
     std::function<QWidget*()> make;
     std::function<void(QWidget&)> open;
@@ -135,9 +135,9 @@ void call(QWidget& widget, const char* slot)
     QVERIFY2(QMetaObject::invokeMethod(&widget, slot, Qt::DirectConnection), slot);
 }
 
-const QList<Box>& boxes()
+const QList<BoxCase>& boxes()
 {
-    static const QList<Box> all {
+    static const QList<BoxCase> all {
         { "2D window: refusal", [] { return new Map; },
             [](QWidget& window) { static_cast<Map&>(window).result(answered({}, false), "NG: no"); } },
         { "2D window: mismatch", [] { return new Map; },

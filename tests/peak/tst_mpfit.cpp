@@ -28,7 +28,7 @@ int refusedFunction(int, int, double*, double*, double**, void* data)
 }
 
 // The arguments of an invalid call.
-struct Refused {
+struct InvalidCall {
     bool hasFunction = true;
     int m = 4;
     int npar = 2;
@@ -38,14 +38,14 @@ struct Refused {
     mp_config config {};
 };
 
-using Spoil = void (*)(Refused&);
+using Spoil = void (*)(InvalidCall&);
 
 void addRefusal(const char* name, int status, Spoil spoil)
 {
     QTest::newRow(name) << status << spoil;
 }
 
-void boundParameter(Refused& call, std::size_t j, double lower, double upper)
+void boundParameter(InvalidCall& call, std::size_t j, double lower, double upper)
 {
     call.pars[j].limited[0] = call.pars[j].limited[1] = 1;
     call.pars[j].limits[0] = lower;
@@ -61,50 +61,50 @@ private Q_SLOTS:
     void refusesBadArguments_data()
     {
         addColumns<int, Spoil>("status", "spoil");
-        addRefusal("no function", -17, [](Refused& c) { c.hasFunction = false; });
-        addRefusal("no residuals", -18, [](Refused& c) { c.m = 0; });
-        addRefusal("negative number of residuals", -18, [](Refused& c) { c.m = -5; });
-        addRefusal("no parameter vector", -18, [](Refused& c) { c.hasParameters = false; });
-        addRefusal("no parameters", -19, [](Refused& c) { c.npar = 0; });
-        addRefusal("negative number of parameters", -19, [](Refused& c) { c.npar = -1; });
-        addRefusal("all parameters held", -19, [](Refused& c) { c.pars[0].fixed = c.pars[1].fixed = 1; });
-        addRefusal("start below its bound", -21, [](Refused& c) { boundParameter(c, 0, 1.5, 3.0); });
-        addRefusal("start above its bound", -21, [](Refused& c) { boundParameter(c, 1, 0.0, 1.5); });
-        addRefusal("held parameter outside its bounds", -21, [](Refused& c) {
+        addRefusal("no function", -17, [](InvalidCall& c) { c.hasFunction = false; });
+        addRefusal("no residuals", -18, [](InvalidCall& c) { c.m = 0; });
+        addRefusal("negative number of residuals", -18, [](InvalidCall& c) { c.m = -5; });
+        addRefusal("no parameter vector", -18, [](InvalidCall& c) { c.hasParameters = false; });
+        addRefusal("no parameters", -19, [](InvalidCall& c) { c.npar = 0; });
+        addRefusal("negative number of parameters", -19, [](InvalidCall& c) { c.npar = -1; });
+        addRefusal("all parameters held", -19, [](InvalidCall& c) { c.pars[0].fixed = c.pars[1].fixed = 1; });
+        addRefusal("start below its bound", -21, [](InvalidCall& c) { boundParameter(c, 0, 1.5, 3.0); });
+        addRefusal("start above its bound", -21, [](InvalidCall& c) { boundParameter(c, 1, 0.0, 1.5); });
+        addRefusal("held parameter outside its bounds", -21, [](InvalidCall& c) {
             c.pars[0].fixed = 1;
             boundParameter(c, 0, 1.5, 3.0);
         });
-        addRefusal("bounds equal", -22, [](Refused& c) { boundParameter(c, 0, 1.0, 1.0); });
-        addRefusal("bounds crossed", -21, [](Refused& c) { boundParameter(c, 0, 3.0, 0.0); });
-        addRefusal("not a number for ftol", -23, [](Refused& c) { c.config.ftol = std::nan(""); });
-        addRefusal("not a number for xtol", -23, [](Refused& c) { c.config.xtol = std::nan(""); });
-        addRefusal("not a number for gtol", -23, [](Refused& c) { c.config.gtol = std::nan(""); });
-        addRefusal("not a number for covtol", -23, [](Refused& c) { c.config.covtol = std::nan(""); });
-        addRefusal("not a number for stepfactor", -23, [](Refused& c) { c.config.stepfactor = std::nan(""); });
-        addRefusal("fewer residuals than parameters", -24, [](Refused& c) { c.m = 1; });
+        addRefusal("bounds equal", -22, [](InvalidCall& c) { boundParameter(c, 0, 1.0, 1.0); });
+        addRefusal("bounds crossed", -21, [](InvalidCall& c) { boundParameter(c, 0, 3.0, 0.0); });
+        addRefusal("not a number for ftol", -23, [](InvalidCall& c) { c.config.ftol = std::nan(""); });
+        addRefusal("not a number for xtol", -23, [](InvalidCall& c) { c.config.xtol = std::nan(""); });
+        addRefusal("not a number for gtol", -23, [](InvalidCall& c) { c.config.gtol = std::nan(""); });
+        addRefusal("not a number for covtol", -23, [](InvalidCall& c) { c.config.covtol = std::nan(""); });
+        addRefusal("not a number for stepfactor", -23, [](InvalidCall& c) { c.config.stepfactor = std::nan(""); });
+        addRefusal("fewer residuals than parameters", -24, [](InvalidCall& c) { c.m = 1; });
 
-        addRefusal("function before data", -17, [](Refused& c) {
+        addRefusal("function before data", -17, [](InvalidCall& c) {
             c.hasFunction = false;
             c.m = 0;
         });
-        addRefusal("data before parameters", -18, [](Refused& c) { c.m = c.npar = 0; });
-        addRefusal("free parameters before starts", -19, [](Refused& c) {
+        addRefusal("data before parameters", -18, [](InvalidCall& c) { c.m = c.npar = 0; });
+        addRefusal("free parameters before starts", -19, [](InvalidCall& c) {
             boundParameter(c, 0, 1.5, 3.0);
             c.pars[0].fixed = c.pars[1].fixed = 1;
         });
-        addRefusal("start of a later parameter after the bounds of an earlier one", -22, [](Refused& c) {
+        addRefusal("start of a later parameter after the bounds of an earlier one", -22, [](InvalidCall& c) {
             boundParameter(c, 0, 1.0, 1.0);
             boundParameter(c, 1, 5.0, 6.0);
         });
-        addRefusal("start of an earlier parameter before the bounds of a later one", -21, [](Refused& c) {
+        addRefusal("start of an earlier parameter before the bounds of a later one", -21, [](InvalidCall& c) {
             boundParameter(c, 0, 5.0, 6.0);
             boundParameter(c, 1, 2.0, 2.0);
         });
-        addRefusal("bounds before tolerances", -22, [](Refused& c) {
+        addRefusal("bounds before tolerances", -22, [](InvalidCall& c) {
             boundParameter(c, 0, 1.0, 1.0);
             c.config.ftol = std::nan("");
         });
-        addRefusal("tolerances before the number of residuals", -23, [](Refused& c) {
+        addRefusal("tolerances before the number of residuals", -23, [](InvalidCall& c) {
             c.config.ftol = std::nan("");
             c.m = 1;
         });
@@ -113,7 +113,7 @@ private Q_SLOTS:
     {
         QFETCH(int, status);
         QFETCH(Spoil, spoil);
-        Refused call;
+        InvalidCall call;
         spoil(call);
         const std::vector<double> before = call.x;
         mp_result result;
@@ -470,7 +470,7 @@ private Q_SLOTS:
     {
         FitCase plain = lineCase();
         plain.run();
-        struct Scribbler {
+        struct OverwritingFunction {
             static int residuals(int m, int npar, double* x, double* r, double**, void*)
             {
                 for (int i = 0; i < m; ++i)
@@ -480,7 +480,8 @@ private Q_SLOTS:
             }
         };
         std::vector<double> x { 0.0, 0.0 };
-        QCOMPARE(mpfit(Scribbler::residuals, 4, 2, x.data(), nullptr, nullptr, nullptr, nullptr), plain.status);
+        QCOMPARE(
+            mpfit(OverwritingFunction::residuals, 4, 2, x.data(), nullptr, nullptr, nullptr, nullptr), plain.status);
         QCOMPARE(x, plain.x);
     }
 

@@ -12,7 +12,7 @@
 namespace {
 
 // Counts the program's allocations between watch() and the end of the call under test.
-struct Heap {
+struct AllocationCounts {
     bool watching = false;
     int allocations = 0;
     int live = 0;
@@ -20,7 +20,7 @@ struct Heap {
     std::size_t largest = 0;
 };
 
-Heap heap;
+AllocationCounts heap;
 
 void* allocate(std::size_t size)
 {
@@ -72,10 +72,10 @@ void operator delete[](void* block, std::size_t) noexcept
 
 namespace {
 
-enum class Course { Runs, StopsAtOnce, StopsInTheJacobian, StopsOnATrial, Throws, NotFinite };
+enum class Behaviour { Runs, StopsAtOnce, StopsInTheJacobian, StopsOnATrial, Throws, NotFinite };
 
 struct Script {
-    Course course;
+    Behaviour behaviour;
     int calls = 0;
 };
 
@@ -88,19 +88,19 @@ int scripted(int m, int, double* x, double* r, double** dvec, void* data)
         if (dvec && dvec[1])
             dvec[1][i] = -i * i;
     }
-    switch (script.course) {
-    case Course::StopsAtOnce:
+    switch (script.behaviour) {
+    case Behaviour::StopsAtOnce:
         return -1;
-    case Course::StopsInTheJacobian:
+    case Behaviour::StopsInTheJacobian:
         return script.calls == 2 ? -1 : 0;
-    case Course::StopsOnATrial:
+    case Behaviour::StopsOnATrial:
         return script.calls == 4 ? -1 : 0;
-    case Course::Throws:
+    case Behaviour::Throws:
         throw std::runtime_error("from the residuals");
-    case Course::NotFinite:
+    case Behaviour::NotFinite:
         r[0] = NAN;
         return 0;
-    case Course::Runs:
+    case Behaviour::Runs:
         break;
     }
     return 0;
@@ -113,7 +113,7 @@ struct Outcome {
 };
 
 // One fit with all kinds of records and counted allocations.
-Outcome watchedFit(Course course, int failing = 0)
+Outcome watchedFit(Behaviour behaviour, int failing = 0)
 {
     double x[] = { 0.0, 0.5, 3.0 };
     mp_par pars[3] {};
@@ -127,7 +127,7 @@ Outcome watchedFit(Course course, int failing = 0)
     result.xerror = xerror;
     result.covar = covar;
     result.resid = resid;
-    Script script { course };
+    Script script { behaviour };
     Outcome outcome;
     heap = { true, 0, 0, failing, 0 };
     try {
@@ -148,34 +148,34 @@ class TestMpfitMemory : public QObject {
 private Q_SLOTS:
     void freesAllMemory_data()
     {
-        QTest::addColumn<int>("course");
+        QTest::addColumn<int>("behaviour");
         QTest::addColumn<int>("status");
-        QTest::newRow("runs") << int(Course::Runs) << 4;
-        QTest::newRow("stops at once") << int(Course::StopsAtOnce) << 0;
-        QTest::newRow("stops in the Jacobian") << int(Course::StopsInTheJacobian) << 0;
-        QTest::newRow("stops on a trial step") << int(Course::StopsOnATrial) << -1;
-        QTest::newRow("not finite") << int(Course::NotFinite) << -16;
+        QTest::newRow("runs") << int(Behaviour::Runs) << 4;
+        QTest::newRow("stops at once") << int(Behaviour::StopsAtOnce) << 0;
+        QTest::newRow("stops in the Jacobian") << int(Behaviour::StopsInTheJacobian) << 0;
+        QTest::newRow("stops on a trial step") << int(Behaviour::StopsOnATrial) << -1;
+        QTest::newRow("not finite") << int(Behaviour::NotFinite) << -16;
     }
     void freesAllMemory()
     {
-        QFETCH(int, course);
+        QFETCH(int, behaviour);
         QFETCH(int, status);
-        const Outcome outcome = watchedFit(Course(course));
+        const Outcome outcome = watchedFit(Behaviour(behaviour));
         QCOMPARE(outcome.status, status);
         QVERIFY(heap.allocations > 0);
         QCOMPARE(heap.live, 0);
 
-        QVERIFY(watchedFit(Course::Throws).threw);
+        QVERIFY(watchedFit(Behaviour::Throws).threw);
         // The exception object itself does not come from here.
         QVERIFY(heap.live <= 1);
     }
 
     void refusedAllocation()
     {
-        QCOMPARE(watchedFit(Course::Runs).status, 4);
+        QCOMPARE(watchedFit(Behaviour::Runs).status, 4);
         const int allocations = heap.allocations;
         for (int failing = 1; failing <= allocations; ++failing) {
-            const Outcome outcome = watchedFit(Course::Runs, failing);
+            const Outcome outcome = watchedFit(Behaviour::Runs, failing);
             QCOMPARE(outcome.status, -20);
             QCOMPARE(outcome.calls, 0);
             QCOMPARE(heap.live, 0);
@@ -216,9 +216,9 @@ private Q_SLOTS:
     void allocatesOncePerCall()
     {
         // No more for a fit of many iterations than for one that is stopped at once.
-        watchedFit(Course::StopsAtOnce);
+        watchedFit(Behaviour::StopsAtOnce);
         const int atOnce = heap.allocations;
-        watchedFit(Course::Runs);
+        watchedFit(Behaviour::Runs);
         QCOMPARE(heap.allocations, atOnce);
     }
 };

@@ -30,26 +30,26 @@ struct Matrix {
     double at(int i, int j) const { return a[std::size_t(j) * std::size_t(m) + std::size_t(i)]; }
 };
 
-struct Factored {
+struct QrFactors {
     Matrix matrix;
     std::vector<int> ipvt;
     Vector rdiag;
     Vector acnorm;
 };
 
-Factored factoriseHere(Matrix a)
+QrFactors factoriseHere(Matrix a)
 {
     const std::size_t n = std::size_t(a.n);
-    Factored f { std::move(a), std::vector<int>(n), Vector(n), Vector(n) };
+    QrFactors f { std::move(a), std::vector<int>(n), Vector(n), Vector(n) };
     Vector wa(n);
     fitter::qrfac(f.matrix.m, f.matrix.n, f.matrix.a.data(), f.ipvt.data(), f.rdiag.data(), f.acnorm.data(), wa.data());
     return f;
 }
 
-Factored factoriseThere(Matrix a)
+QrFactors factoriseThere(Matrix a)
 {
     const std::size_t n = std::size_t(a.n);
-    Factored f { std::move(a), std::vector<int>(n), Vector(n), Vector(n) };
+    QrFactors f { std::move(a), std::vector<int>(n), Vector(n), Vector(n) };
     Vector wa(n);
     ::qrfac(f.matrix.m, f.matrix.n, f.matrix.a.data(), f.matrix.m, 1, f.ipvt.data(), f.matrix.n, f.rdiag.data(),
         f.acnorm.data(), wa.data());
@@ -57,7 +57,7 @@ Factored factoriseThere(Matrix a)
 }
 
 // R with its diagonal in place, as in the fit.
-Matrix withDiagonal(Factored f)
+Matrix withDiagonal(QrFactors f)
 {
     for (int j = 0; j < std::min(f.matrix.m, f.matrix.n); ++j)
         f.matrix.a[std::size_t(j) * std::size_t(f.matrix.m) + std::size_t(j)] = f.rdiag[std::size_t(j)];
@@ -184,7 +184,7 @@ private Q_SLOTS:
             const int n = random.pick(1, 6);
             const int m = n + random.pick(0, 10);
             const Matrix a { m, n, random.vector(m * n) };
-            const Factored f = factoriseHere(a);
+            const QrFactors f = factoriseHere(a);
             const Matrix r = withDiagonal(f);
             std::vector<int> order = f.ipvt;
             std::sort(order.begin(), order.end());
@@ -211,8 +211,8 @@ private Q_SLOTS:
         for (int round = 0; round < 5000; ++round) {
             const int n = random.pick(1, 7);
             const Matrix a = random.matrix(n + random.pick(0, 12), n);
-            const Factored here = factoriseHere(a);
-            const Factored there = factoriseThere(a);
+            const QrFactors here = factoriseHere(a);
+            const QrFactors there = factoriseThere(a);
             QVERIFY(here.matrix.a == there.matrix.a);
             QVERIFY(oneBased(here.ipvt) == there.ipvt);
             QVERIFY(here.rdiag == there.rdiag);
@@ -226,7 +226,7 @@ private Q_SLOTS:
         for (int round = 0; round < 5000; ++round) {
             const int n = random.pick(1, 6);
             const int m = n + random.pick(0, 4);
-            const Factored f = factoriseHere(random.matrix(m, n));
+            const QrFactors f = factoriseHere(random.matrix(m, n));
             Vector diag = random.vector(n, 0.0, 10.0);
             if (random.pick(0, 3) == 0)
                 diag[std::size_t(random.pick(0, n - 1))] = 0.0;
@@ -250,7 +250,7 @@ private Q_SLOTS:
         for (int round = 0; round < 5000; ++round) {
             const int n = random.pick(1, 6);
             const int m = n + random.pick(0, 6);
-            const Factored f = factoriseHere({ m, n, random.vector(m * n) });
+            const QrFactors f = factoriseHere({ m, n, random.vector(m * n) });
             Matrix r = withDiagonal(f);
             const Vector diag = random.vector(n, 0.5, 2.0);
             const Vector qtb = random.vector(n);
@@ -273,7 +273,7 @@ private Q_SLOTS:
         for (int round = 0; round < 10000; ++round) {
             const int n = random.pick(1, 6);
             const int m = n + random.pick(0, 6);
-            const Factored f = factoriseHere(random.matrix(m, n));
+            const QrFactors f = factoriseHere(random.matrix(m, n));
             Matrix r = withDiagonal(f);
             Matrix r2 = r;
             const Vector diag = random.vector(n, 0.01, 100.0);
@@ -317,7 +317,7 @@ private Q_SLOTS:
             const int n = random.pick(1, 5);
             const int m = n + random.pick(3, 10);
             const Matrix a { m, n, random.vector(m * n) };
-            const Factored f = factoriseHere(a);
+            const QrFactors f = factoriseHere(a);
             Matrix c = withDiagonal(f);
             Vector wa(static_cast<std::size_t>(n));
             fitter::covar(n, c.a.data(), m, f.ipvt.data(), 1e-14, wa.data());
@@ -342,7 +342,7 @@ private Q_SLOTS:
         for (int round = 0; round < 5000; ++round) {
             const int n = random.pick(1, 6);
             const int m = n + random.pick(0, 6);
-            const Factored f = factoriseHere(random.matrix(m, n));
+            const QrFactors f = factoriseHere(random.matrix(m, n));
             Matrix here = withDiagonal(f);
             Matrix there = here;
             const std::vector<int> pivots = oneBased(f.ipvt);

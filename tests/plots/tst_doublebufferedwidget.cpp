@@ -47,7 +47,7 @@ public:
     }
 
     /// Paints the window as on the screen.
-    QImage look()
+    QImage picture()
     {
         QImage image(size(), QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);
@@ -120,11 +120,11 @@ private Q_SLOTS:
     {
         Canvas canvas(true);
         canvas.refreshPixmap();
-        const QImage first = canvas.look();
+        const QImage first = canvas.picture();
         QCOMPARE(canvas.paints, 1);
         const qint64 picture = canvas.m_pixmap.cacheKey();
         QSignalSpy painting(&canvas, &DoubleBufferedWidget::painting);
-        QCOMPARE(canvas.look(), first);
+        QCOMPARE(canvas.picture(), first);
         canvas.refreshPixmapIfRequired();
         QCOMPARE(canvas.paints, 1);
         QCOMPARE(canvas.m_pixmap.cacheKey(), picture);
@@ -239,7 +239,7 @@ private Q_SLOTS:
         Canvas canvas(true);
         canvas.m_rotation = 90.0; // clockwise: the picture's top left corner is at the top right
         canvas.refreshPixmap();
-        QImage seen = canvas.look();
+        QImage seen = canvas.picture();
         QCOMPARE(seen.pixelColor(299, 0), QColor(Qt::red));
         QCOMPARE(seen.pixelColor(280, 9), QColor(Qt::red));
         QCOMPARE(seen.pixelColor(279, 9), QColor(Qt::yellow));
@@ -248,7 +248,7 @@ private Q_SLOTS:
 
         canvas.m_rotation = -90.0; // at the bottom left
         canvas.refreshPixmap();
-        seen = canvas.look();
+        seen = canvas.picture();
         QCOMPARE(seen.pixelColor(0, 99), QColor(Qt::red));
         QCOMPARE(seen.pixelColor(19, 90), QColor(Qt::red));
         QCOMPARE(seen.pixelColor(20, 90), QColor(Qt::yellow));
@@ -256,19 +256,19 @@ private Q_SLOTS:
 
         canvas.m_rotation = 45.0;
         canvas.refreshPixmap();
-        QCOMPARE(canvas.look().pixelColor(9, 19), QColor(Qt::red));
+        QCOMPARE(canvas.picture().pixelColor(9, 19), QColor(Qt::red));
     }
 
     void paintsStraightToTheScreenWithoutACache()
     {
         Canvas canvas(false);
         canvas.m_rotation = 90.0;
-        const QImage seen = canvas.look();
+        const QImage seen = canvas.picture();
         QCOMPARE(canvas.paints, 1);
         QVERIFY(!canvas.given.has_value());
         QCOMPARE(seen.pixelColor(5, 5), QColor(Qt::red));
         QVERIFY(canvas.m_pixmap.isNull());
-        canvas.look();
+        canvas.picture();
         QCOMPARE(canvas.paints, 2);
     }
 
@@ -283,7 +283,7 @@ private Q_SLOTS:
         canvas.refreshPixmap();
         canvas.refreshPixmapIfRequired();
         canvas.repaint();
-        canvas.look();
+        canvas.picture();
         QVERIFY(canvas.paints >= 2);
         QCOMPARE(painting.count(), 0);
         QCOMPARE(painted.count(), 0);
@@ -293,10 +293,10 @@ private Q_SLOTS:
     {
         Canvas canvas(false);
         canvas.refreshPixmap();
-        canvas.look();
+        canvas.picture();
         QVERIFY(canvas.m_refreshRequired); // it stays, and has no effect
         canvas.m_doubleBuffered = true;
-        canvas.look();
+        canvas.picture();
         QVERIFY(!canvas.m_refreshRequired);
         QVERIFY(!canvas.m_pixmap.isNull());
     }

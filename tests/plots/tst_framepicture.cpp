@@ -301,7 +301,7 @@ private Q_SLOTS:
 
     void aPaintThatLeavesPixelsFindsThePictureFilled()
     {
-        struct Sketch : XYGraphWidget {
+        struct PartlyPaintedPlot : XYGraphWidget {
             void paint(QPainter& painter, QRect* rect) override
             {
                 ++paints;
@@ -310,7 +310,7 @@ private Q_SLOTS:
                 painter.fillRect(0, 0, 10, 10, Qt::red);
             }
             void onPaint(QPainter&, QRect const&) override { }
-            QImage look()
+            QImage picture()
             {
                 refreshPixmap();
                 refreshPixmapIfRequired();
@@ -320,22 +320,22 @@ private Q_SLOTS:
             bool withFrame = true;
             int paints = 0;
         };
-        Sketch plot;
+        PartlyPaintedPlot plot;
         plot.m_doubleBuffered = true;
         plot.resize(200, 150);
         QPixmap mark(plot.size());
         mark.fill(Qt::lightGray);
         QPainter(&mark).fillRect(0, 0, 10, 10, Qt::red);
-        const QImage framed = plot.look();
-        QCOMPARE(plot.look(), framed);
+        const QImage framed = plot.picture();
+        QCOMPARE(plot.picture(), framed);
         QCOMPARE(plot.paints, 2);
         plot.withFrame = false;
-        QCOMPARE(plot.look(), mark.toImage());
+        QCOMPARE(plot.picture(), mark.toImage());
         QCOMPARE(plot.paints, 4); // the first of the two detected uncovered pixels
-        QCOMPARE(plot.look(), mark.toImage());
+        QCOMPARE(plot.picture(), mark.toImage());
         QCOMPARE(plot.paints, 5);
         plot.withFrame = true;
-        QCOMPARE(plot.look(), framed);
+        QCOMPARE(plot.picture(), framed);
     }
 
     void thePictureIsFilledBeforeThePaint()
@@ -344,14 +344,14 @@ private Q_SLOTS:
         plot.m_doubleBuffered = true;
         plot.resize(200, 150);
         QList<QImage> seen;
-        const auto look = [&] {
+        const auto redraw = [&] {
             plot.refreshPixmap();
             plot.refreshPixmapIfRequired();
         };
-        look();
+        redraw();
         QObject::connect(&plot, &DoubleBufferedWidget::painting, &plot, [&] { seen.append(plot.m_pixmap.toImage()); });
-        look();
-        look();
+        redraw();
+        redraw();
         QPixmap filled(plot.size());
         filled.fill(Qt::lightGray);
         QCOMPARE(seen, QList<QImage>({ filled.toImage(), filled.toImage() }));

@@ -38,9 +38,9 @@ private:
 };
 
 /// Fills a rectangle of values.
-class Patch : public PlotOverlay {
+class RectangleOverlay : public PlotOverlay {
 public:
-    Patch(XYGraphWidget* plot, QColor colour, int zOrder = 0, bool saved = true)
+    RectangleOverlay(XYGraphWidget* plot, QColor colour, int zOrder = 0, bool saved = true)
         : PlotOverlay(plot, zOrder)
         , m_colour(colour)
         , m_saved(saved)
@@ -182,7 +182,7 @@ private Q_SLOTS:
     {
         auto plot = std::make_unique<VectorGraphWidget>();
         Recorder recorder(plot.get());
-        Patch patch(plot.get(), Qt::red);
+        RectangleOverlay patch(plot.get(), Qt::red);
         plot->setMinMaxX(0, 5);
         plot.reset();
         QVERIFY(recorder.observedPlot() == nullptr);
@@ -303,9 +303,9 @@ private Q_SLOTS:
         const QPixmap before = plot.grab();
         const QSignalSpy painted(&plot, &DoubleBufferedWidget::painted);
         {
-            Patch patch(&plot, Qt::magenta);
-            Patch below(&plot, Qt::cyan, -1);
-            Patch screenOnly(&plot, Qt::yellow, 5, false);
+            RectangleOverlay patch(&plot, Qt::magenta);
+            RectangleOverlay below(&plot, Qt::cyan, -1);
+            RectangleOverlay screenOnly(&plot, Qt::yellow, 5, false);
             const QPointF middle = PlotMapping::of(plot).pixelOf({ 30, 30 });
             QCOMPARE(at(plot.grab(), middle), QColor(Qt::yellow));
             const std::unique_ptr<QPixmap> saved(plot.toPixmap());
@@ -320,7 +320,7 @@ private Q_SLOTS:
         XY2DGraphWidget map;
         fill(map);
         map.grab();
-        Patch onMap(&map, Qt::magenta);
+        RectangleOverlay onMap(&map, Qt::magenta);
         std::unique_ptr<QPixmap> saved(map.toPixmap());
         QCOMPARE(at(*saved, PlotMapping::of(map).pixelOf({ 30, 30 })), QColor(Qt::magenta));
 
@@ -330,7 +330,7 @@ private Q_SLOTS:
         turned.init("X", "Y", 100, 100, false, false);
         turned.resize(300, 400);
         turned.grab();
-        Patch onTurned(&turned, Qt::magenta);
+        RectangleOverlay onTurned(&turned, Qt::magenta);
         saved.reset(turned.toPixmap());
         const QPointF middle = PlotMapping::of(turned).pixelOf({ 30, 30 });
         QCOMPARE(at(*saved, middle), QColor(Qt::magenta));
@@ -345,7 +345,7 @@ private Q_SLOTS:
         fill(used);
         {
             const Recorder recorder(&used);
-            const Patch patch(&used, Qt::red);
+            const RectangleOverlay patch(&used, Qt::red);
             used.grab();
         }
         QCOMPARE(used.grab().toImage(), untouched.grab().toImage());

@@ -247,11 +247,11 @@ private Q_SLOTS:
 
     void gridGoesUnderOrOverTheData()
     {
-        class Filled : public Plot {
+        class FilledPlot : public Plot {
         public:
             void onPaint(QPainter& painter, QRect const& graph) override { painter.fillRect(graph, Qt::red); }
         };
-        Filled plot;
+        FilledPlot plot;
         plot.resize(600, 400);
         plot.setMinMaxX(0.0, 100.0);
         plot.setMinMaxY(0.0, 100.0);

@@ -20,7 +20,7 @@ public:
     explicit MessageBoxWatcher(QMessageBox::StandardButton answer = QMessageBox::Ok)
         : m_answer(answer)
     {
-        connect(&m_timer, &QTimer::timeout, this, &MessageBoxWatcher::look);
+        connect(&m_timer, &QTimer::timeout, this, &MessageBoxWatcher::check);
         m_timer.start(5);
     }
     QStringList texts;
@@ -36,7 +36,7 @@ public:
     std::function<bool(const QMessageBox&)> leaveOpen; ///< true: this box is left open for the moment
 
 private:
-    void look()
+    void check()
     {
         const QPointer<QMessageBox> box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         if (!box)

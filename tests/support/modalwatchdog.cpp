@@ -13,11 +13,11 @@ ModalWatchdog::ModalWatchdog(QList<Answer> answers)
     : m_answers(std::move(answers))
     , m_openBefore(QApplication::activeModalWidget())
 {
-    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
+    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { check(); });
     m_timer.start(5);
 }
 
-void ModalWatchdog::look()
+void ModalWatchdog::check()
 {
     constexpr int maxChecks = 2000; // number of checks, about 10 s
     QWidget* window = QApplication::activeModalWidget();

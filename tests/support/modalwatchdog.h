@@ -25,7 +25,7 @@ public:
     bool isContent() const { return m_next == m_answers.size() && m_faults == 0; }
 
 private:
-    void look();
+    void check();
 
     QList<Answer> m_answers;
     QPointer<QWidget> m_openBefore;

@@ -97,11 +97,11 @@ std::unique_ptr<XYGraphWidget> shownPlot(bool isMap)
 }
 
 /// Deletes its target at the n-th signal.
-class Trap : public QObject {
+class SignalDeleter : public QObject {
     Q_OBJECT
 
 public:
-    Trap(QObject& tool, QObject* target, int signalCount)
+    SignalDeleter(QObject& tool, QObject* target, int signalCount)
         : m_target(target)
         , m_left(signalCount)
     {
@@ -210,15 +210,15 @@ private Q_SLOTS:
             InteractiveTool* const tool = makers[round / 2 % int(std::size(makers))](*plot);
             if (tool == nullptr)
                 continue;
-            const Trap trap(*tool, tool, whole(random, 1, 4));
+            const SignalDeleter deleter(*tool, tool, whole(random, 1, 4));
             Monkey monkey(*plot, random);
-            for (int step = 0; step < 60 && !trap.hasFired(); ++step) {
+            for (int step = 0; step < 60 && !deleter.hasFired(); ++step) {
                 monkey.act();
                 if (chance(random, 0.3))
                     feed(*plot, uniform(random, 1.0, 50.0));
                 QCoreApplication::processEvents();
             }
-            fired += trap.hasFired() ? 1 : 0;
+            fired += deleter.hasFired() ? 1 : 0;
         }
         QVERIFY(fired > 60);
     }
@@ -235,7 +235,8 @@ private Q_SLOTS:
         for (const bool isMap : { false, true }) {
             QPointer<XYGraphWidget> plot(shownPlot(isMap).release());
             InteractiveTool* const made = makers[tool](*plot);
-            const std::unique_ptr<Trap> trap = made != nullptr ? std::make_unique<Trap>(*made, plot, 1) : nullptr;
+            const std::unique_ptr<SignalDeleter> deleter =
+                made != nullptr ? std::make_unique<SignalDeleter>(*made, plot, 1) : nullptr;
             for (const QPointF at : { QPointF(200, 150), QPointF(350, 60), QPointF(100, 200) }) {
                 if (plot != nullptr)
                     send(plot, QEvent::MouseMove, at, Qt::NoButton, Qt::NoButton);
@@ -275,10 +276,10 @@ private Q_SLOTS:
                     count = entries.size();
                     if (count == 0)
                         break;
-                    const Trap trap(*tool, tool, 1);
+                    const SignalDeleter deleter(*tool, tool, 1);
                     entries.at(entry)->trigger();
                     QCoreApplication::processEvents();
-                    fired += trap.hasFired() ? 1 : 0;
+                    fired += deleter.hasFired() ? 1 : 0;
                 }
             }
         }
@@ -299,9 +300,9 @@ private Q_SLOTS:
                         tools.append(maker(*plot));
                     if (tools.at(target) == nullptr)
                         continue;
-                    const Trap itself(*tools.at(target), tools.at(target), signalCount);
+                    const SignalDeleter itself(*tools.at(target), tools.at(target), signalCount);
                     InteractiveTool* const next = tools.value(target + 1);
-                    const Trap another(*tools.at(target), next, 1);
+                    const SignalDeleter another(*tools.at(target), next, 1);
                     QCOMPARE(PlotView::apply(*plot, state), QString());
                     fired += itself.hasFired() ? 1 : 0;
                 }
@@ -316,9 +317,9 @@ private Q_SLOTS:
             const auto plot = shownPlot(isMap);
             changedState(*plot);
             for (InteractiveTool* const tool : InteractiveTool::toolsOf(*plot)) {
-                const Trap trap(*tool, nullptr, 1);
+                const SignalDeleter deleter(*tool, nullptr, 1);
                 delete tool;
-                QVERIFY2(!trap.hasFired(), "a slot would get a half deleted object");
+                QVERIFY2(!deleter.hasFired(), "a slot would get a half deleted object");
             }
         }
     }
