@@ -26,13 +26,13 @@ bool isOption(const QString& word)
 }
 
 /// An option of the command line, split into its name and an attached value.
-struct Given {
+struct ParsedOption {
     QString name;
     QString value;
     bool hasValue = false;
 };
 
-Given splitOption(const QString& word)
+ParsedOption splitOption(const QString& word)
 {
     if (word == u"-h")
         return { .name = QStringLiteral("help"), .value = {}, .hasValue = false };
@@ -59,7 +59,7 @@ Result<Arguments> Arguments::parse(const QStringList& words, const QList<Option>
             arguments.m_words += word;
             continue;
         }
-        Given given = splitOption(word);
+        ParsedOption given = splitOption(word);
         const bool isLong = word.startsWith(QLatin1String("--")) || word == u"-h";
         const auto known = std::find_if(options.begin(), options.end(),
             [&](const Option& option) { return option.name == given.name && isLong == (option.name.size() > 1); });

@@ -27,7 +27,7 @@ Failure wrong(const QString& text)
 }
 
 /// The input of a fit.
-struct Task {
+struct FitInput {
     FitModel model;
     FitOptions options;
     bool automatic = false;
@@ -45,23 +45,23 @@ Outcome readName(const Arguments& arguments, const QString& option, Reader reade
     return std::nullopt;
 }
 
-Outcome readNames(const Arguments& arguments, Task& task)
+Outcome readNames(const Arguments& arguments, FitInput& input)
 {
     QStringList shapes;
     for (const tarnis::PeakShape shape : tarnis::allPeakShapes)
         shapes += tarnis::nameOf(shape);
-    if (Outcome bad = readName(arguments, "shape", tarnis::peakShapeOf, shapes.join(", "), task.model.shape))
+    if (Outcome bad = readName(arguments, "shape", tarnis::peakShapeOf, shapes.join(", "), input.model.shape))
         return bad;
     if (Outcome bad = readName(arguments, "background", tarnis::fitBackgroundOf,
-            "none, constant, linear, quadratic, exponential", task.model.background))
+            "none, constant, linear, quadratic, exponential", input.model.background))
         return bad;
     if (Outcome bad = readName(arguments, "statistic", tarnis::fitStatisticOf, "cash, pearson, neyman, unweighted",
-            task.options.statistic))
+            input.options.statistic))
         return bad;
-    return readName(arguments, "evaluate", tarnis::binEvaluationOf, "integral, centre", task.options.evaluation);
+    return readName(arguments, "evaluate", tarnis::binEvaluationOf, "integral, centre", input.options.evaluation);
 }
 
-Outcome readPeaks(const Arguments& arguments, Task& task)
+Outcome readPeaks(const Arguments& arguments, FitInput& input)
 {
     if (arguments.has("at")) {
         for (const QString& word : arguments.value("at").split(u',')) {
@@ -70,19 +70,19 @@ Outcome readPeaks(const Arguments& arguments, Task& task)
             if (!ok || !std::isfinite(centre))
                 return wrong(
                     QStringLiteral("--at '%1' is not a list of channels, as in 120,135.5").arg(arguments.value("at")));
-            task.model.centres.push_back(centre);
+            input.model.centres.push_back(centre);
         }
-        if (task.model.centres.size() > FitModel::maxPeaks)
+        if (input.model.centres.size() > FitModel::maxPeaks)
             return wrong(QStringLiteral("--at: a range can hold up to %1 peaks").arg(FitModel::maxPeaks));
-        task.model.peaks = static_cast<int>(task.model.centres.size());
+        input.model.peaks = static_cast<int>(input.model.centres.size());
     }
     if (!arguments.has("peaks"))
         return std::nullopt;
     const QString text = arguments.value("peaks");
     if (text == u"auto") {
-        if (!task.model.centres.empty())
+        if (!input.model.centres.empty())
             return wrong("--peaks auto and --at exclude each other");
-        task.automatic = true;
+        input.automatic = true;
         return std::nullopt;
     }
     bool ok = false;
@@ -90,14 +90,14 @@ Outcome readPeaks(const Arguments& arguments, Task& task)
     if (!ok || peaks < 0 || peaks > FitModel::maxPeaks)
         return wrong(
             QStringLiteral("--peaks '%1' is not auto or a number from 0 to %2").arg(text).arg(FitModel::maxPeaks));
-    if (!task.model.centres.empty() && task.model.peaks != peaks)
+    if (!input.model.centres.empty() && input.model.peaks != peaks)
         return wrong(
-            QStringLiteral("--peaks %1 and the %2 positions of --at do not agree").arg(peaks).arg(task.model.peaks));
-    task.model.peaks = peaks;
+            QStringLiteral("--peaks %1 and the %2 positions of --at do not agree").arg(peaks).arg(input.model.peaks));
+    input.model.peaks = peaks;
     return std::nullopt;
 }
 
-Outcome readFixed(const Arguments& arguments, Task& task)
+Outcome readFixed(const Arguments& arguments, FitInput& input)
 {
     for (const QString& value : arguments.values("fix")) {
         for (const QString& part : value.split(u',')) {
@@ -106,27 +106,27 @@ Outcome readFixed(const Arguments& arguments, Task& task)
             const double number = part.mid(equals + 1).trimmed().toDouble(&ok);
             if (equals < 1 || !ok || !std::isfinite(number))
                 return wrong(QStringLiteral("--fix '%1' is not NAME=VALUE, as in sigma=2.5").arg(part));
-            task.model.constraints.push_back({ part.left(equals).trimmed(), number, true, {}, {}, {}, 1.0, 0.0 });
+            input.model.constraints.push_back({ part.left(equals).trimmed(), number, true, {}, {}, {}, 1.0, 0.0 });
         }
     }
     return std::nullopt;
 }
 
-Result<Task> readTask(const Arguments& arguments)
+Result<FitInput> readFitInput(const Arguments& arguments)
 {
-    Task task;
+    FitInput input;
     if (arguments.has("shared-width") && arguments.has("own-widths"))
         return wrong("--shared-width and --own-widths exclude each other");
     if (arguments.has("own-widths"))
-        task.model.widthMode = tarnis::WidthMode::Own;
-    task.options.profileErrors = arguments.has("profile");
-    if (Outcome bad = readNames(arguments, task))
+        input.model.widthMode = tarnis::WidthMode::Own;
+    input.options.profileErrors = arguments.has("profile");
+    if (Outcome bad = readNames(arguments, input))
         return *bad;
-    if (Outcome bad = readPeaks(arguments, task))
+    if (Outcome bad = readPeaks(arguments, input))
         return *bad;
-    if (Outcome bad = readFixed(arguments, task))
+    if (Outcome bad = readFixed(arguments, input))
         return *bad;
-    return task;
+    return input;
 }
 
 QJsonObject byName(const FitResult& fit, double (*number)(const tarnis::FitParameter&))
@@ -271,18 +271,18 @@ Outcome fit(const Arguments& arguments)
         return wrong("no range: give --range LO:HI");
     if (Outcome bad = checkPlot(arguments))
         return bad;
-    const Result<Task> task = readTask(arguments);
-    if (!task.isOk())
-        return task.failure();
+    const Result<FitInput> input = readFitInput(arguments);
+    if (!input.isOk())
+        return input.failure();
     const Result<Spectrum> spectrum = readSpectrum(arguments.words().at(0));
     if (!spectrum.isOk())
         return spectrum.failure();
     const Result<Range<qsizetype>> range = channelOption(arguments, "range", spectrum.value());
     if (!range.isOk())
         return range.failure();
-    const auto run = task.value().automatic ? tarnis::fitSpectrumAutomatically : tarnis::fitSpectrum;
+    const auto run = input.value().automatic ? tarnis::fitSpectrumAutomatically : tarnis::fitSpectrum;
     const FitResult result = run(spectrum.value().bins(), spectrum.value().binOf(range.value().first),
-        spectrum.value().binOf(range.value().last), task.value().model, task.value().options);
+        spectrum.value().binOf(range.value().last), input.value().model, input.value().options);
     if (result.status == tarnis::FitStatus::Refused)
         return wrongUse(QStringLiteral("no fit: %1").arg(result.message));
     if (arguments.has("plot")) {

@@ -17,9 +17,9 @@ namespace cli {
 namespace {
 
 /// Blocks the signals that end the program, so that no temporary file is left.
-class Uninterrupted {
+class SignalBlocker {
 public:
-    Uninterrupted()
+    SignalBlocker()
     {
         sigset_t ending;
         sigemptyset(&ending);
@@ -27,9 +27,9 @@ public:
             sigaddset(&ending, signal);
         pthread_sigmask(SIG_BLOCK, &ending, &m_previous);
     }
-    ~Uninterrupted() { pthread_sigmask(SIG_SETMASK, &m_previous, nullptr); }
-    Uninterrupted(const Uninterrupted&) = delete;
-    Uninterrupted& operator=(const Uninterrupted&) = delete;
+    ~SignalBlocker() { pthread_sigmask(SIG_SETMASK, &m_previous, nullptr); }
+    SignalBlocker(const SignalBlocker&) = delete;
+    SignalBlocker& operator=(const SignalBlocker&) = delete;
 
 private:
     sigset_t m_previous {};
@@ -99,7 +99,7 @@ Outcome writeOutput(const QString& path, const QByteArray& content)
 {
     if (path == u"-")
         return print(content);
-    const Uninterrupted untilComplete;
+    const SignalBlocker untilComplete;
     const QString error = tarnis::writeFile(path, content);
     if (error.isEmpty())
         return std::nullopt;

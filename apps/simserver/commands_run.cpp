@@ -15,7 +15,7 @@ constexpr int maxSleepMs = 600000;
 constexpr int maxSleepSteps = 10000;
 
 /// Lines of the form name: value.
-class Lines {
+class StatusLines {
 public:
     void section(const char* name) { m_text += "--" + QByteArray(name) + '\n'; }
     void add(const QString& name, const QString& value)
@@ -31,7 +31,7 @@ private:
     QByteArray m_text;
 };
 
-void addServer(Lines& lines, Simulation& simulation)
+void addServer(StatusLines& lines, Simulation& simulation)
 {
     const ServerFacts facts = simulation.facts();
     lines.section("server");
@@ -44,7 +44,7 @@ void addServer(Lines& lines, Simulation& simulation)
     lines.add("fault", QString::fromLatin1(infoOf(simulation.fault().fault()).name));
 }
 
-void addRun(Lines& lines, const Simulation& simulation)
+void addRun(StatusLines& lines, const Simulation& simulation)
 {
     const Acquisition& run = simulation.acquisition();
     lines.section("run");
@@ -64,7 +64,7 @@ void addRun(Lines& lines, const Simulation& simulation)
     lines.add("wanted rate", simulation.settings().values().rate);
 }
 
-void addModules(Lines& lines, const Acquisition& run)
+void addModules(StatusLines& lines, const Acquisition& run)
 {
     lines.section("modules");
     lines.add("modules", run.modules().size());
@@ -78,7 +78,7 @@ void addModules(Lines& lines, const Acquisition& run)
     }
 }
 
-void addHistograms(Lines& lines, const HistogramSet& histograms)
+void addHistograms(StatusLines& lines, const HistogramSet& histograms)
 {
     lines.section("histograms");
     for (const Histogram1D& histogram : histograms.all1D()) {
@@ -91,18 +91,18 @@ void addHistograms(Lines& lines, const HistogramSet& histograms)
     }
 }
 
-Reply tellSettings(const Simulation& simulation)
+Reply settingsReply(const Simulation& simulation)
 {
-    Lines lines;
+    StatusLines lines;
     for (const Settings::Pair& pair : simulation.settings().all())
         lines.add(pair.key, pair.value);
     return Reply::ok(lines.text());
 }
 
-Reply tellFaults(Simulation& simulation)
+Reply faultsReply(Simulation& simulation)
 {
     const FaultSwitch& fault = simulation.fault();
-    Lines lines;
+    StatusLines lines;
     lines.add("fault", QString::fromLatin1(infoOf(fault.fault()).name));
     lines.add("every", fault.every());
     lines.add("delay", fault.delayMs());
@@ -156,7 +156,7 @@ Reply statCommand(Simulation& simulation, const QString& arguments)
 {
     if (!arguments.isEmpty())
         return Reply::refusal(unexpected(arguments));
-    Lines lines;
+    StatusLines lines;
     addServer(lines, simulation);
     addRun(lines, simulation);
     addModules(lines, simulation.acquisition());
@@ -167,7 +167,7 @@ Reply statCommand(Simulation& simulation, const QString& arguments)
 Reply settingCommand(Simulation& simulation, const QString& arguments)
 {
     if (arguments.isEmpty())
-        return tellSettings(simulation);
+        return settingsReply(simulation);
     QList<Settings::Pair> pairs;
     QString error = Settings::parsePairs(arguments, pairs);
     if (error.isEmpty())
@@ -228,15 +228,15 @@ Reply sleepCommand(Simulation&, const QString& arguments)
         return Reply::refusal(QStringLiteral("the steps must be from 1 to %1").arg(maxSleepSteps));
     Reply reply = Reply::ok();
     if (steps == 0) {
-        reply.leads.push_back({ .pauseMs = milliseconds, .text = {} });
+        reply.delayedTexts.push_back({ .pauseMs = milliseconds, .text = {} });
         return reply;
     }
     // The steps are lines of one reply, which starts with "OK:" and ends with the prompt.
-    reply.leads.push_back({ .pauseMs = 0, .text = reply.text });
+    reply.delayedTexts.push_back({ .pauseMs = 0, .text = reply.text });
     for (int step = 1; step <= steps; ++step) {
         const auto until = [&](int s) { return static_cast<int>(qint64 { milliseconds } * s / steps); };
         const QByteArray line = "step " + QByteArray::number(step) + " of " + QByteArray::number(steps) + '\n';
-        reply.leads.push_back({ .pauseMs = until(step) - until(step - 1), .text = line });
+        reply.delayedTexts.push_back({ .pauseMs = until(step) - until(step - 1), .text = line });
     }
     reply.text.clear();
     return reply;
@@ -246,7 +246,7 @@ Reply faultCommand(Simulation& simulation, const QString& arguments)
 {
     const QStringList words = arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     if (words.isEmpty())
-        return tellFaults(simulation);
+        return faultsReply(simulation);
     Reply reply = okOrRefusal(changeFault(simulation, words));
     reply.exempt = true;
     return reply;

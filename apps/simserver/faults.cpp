@@ -98,10 +98,10 @@ Step act(Step::Kind kind)
 
 void appendLeads(Steps& steps, const Reply& reply)
 {
-    for (const Reply::Lead& lead : reply.leads) {
-        steps.push_back(pause(lead.pauseMs));
-        if (!lead.text.isEmpty())
-            steps.push_back(write(lead.text));
+    for (const Reply::DelayedText& delayed : reply.delayedTexts) {
+        steps.push_back(pause(delayed.pauseMs));
+        if (!delayed.text.isEmpty())
+            steps.push_back(write(delayed.text));
     }
 }
 

@@ -13,13 +13,13 @@ struct Reply {
     enum class Kind { Text, Rows, Pairs, Map, File };
 
     /// A piece of text that is sent before the rest, after a pause.
-    struct Lead {
+    struct DelayedText {
         int pauseMs = 0;
         QByteArray text;
     };
 
     Kind kind = Kind::Text;
-    std::vector<Lead> leads; ///< only for text replies
+    std::vector<DelayedText> delayedTexts; ///< only for text replies
     QByteArray payload; ///< only for binary replies
     QByteArray text; ///< UTF-8; ends with a line feed unless it is empty
     bool exempt = false; ///< not affected by faults
@@ -34,7 +34,7 @@ struct Reply {
     static Reply binaryRefusal(const QString& reason);
 };
 
-/// The bytes of a reply without its leads.
+/// The bytes of a reply without its delayedTexts.
 struct Frame {
     QByteArray length; ///< four bytes, or none for text
     QByteArray payload;

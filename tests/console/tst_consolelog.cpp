@@ -52,24 +52,24 @@ private:
 };
 
 /// One call as text: text unchanged, events in angle brackets.
-QString looked(LogTail& tail)
+QString polled(LogTail& tail)
 {
     QString all;
-    for (const LogNews& news : tail.look()) {
-        switch (news.kind) {
-        case LogNews::Kind::Text:
-            all += news.text;
+    for (const LogChange& change : tail.poll()) {
+        switch (change.kind) {
+        case LogChange::Kind::Text:
+            all += change.text;
             break;
-        case LogNews::Kind::Skipped:
-            all += QStringLiteral("<skipped %1>").arg(news.bytes);
+        case LogChange::Kind::Skipped:
+            all += QStringLiteral("<skipped %1>").arg(change.bytes);
             break;
-        case LogNews::Kind::Emptied:
+        case LogChange::Kind::Emptied:
             all += QStringLiteral("<emptied>");
             break;
-        case LogNews::Kind::Replaced:
+        case LogChange::Kind::Replaced:
             all += QStringLiteral("<replaced>");
             break;
-        case LogNews::Kind::Missing:
+        case LogChange::Kind::Missing:
             all += QStringLiteral("<missing>");
             break;
         }
@@ -127,13 +127,13 @@ private Q_SLOTS:
         LogFileWriter writer;
         writer.append("one\n");
         LogTail tail(writer.path());
-        QCOMPARE(looked(tail), "one\n");
-        QCOMPARE(looked(tail), "");
+        QCOMPARE(polled(tail), "one\n");
+        QCOMPARE(polled(tail), "");
         writer.append("two\nthr");
         QCOMPARE(tail.pending(), 7);
-        QCOMPARE(looked(tail), "two\nthr");
+        QCOMPARE(polled(tail), "two\nthr");
         writer.append("ee\n");
-        QCOMPARE(looked(tail), "ee\n");
+        QCOMPARE(polled(tail), "ee\n");
         QCOMPARE(tail.pending(), 0);
     }
 
@@ -142,28 +142,28 @@ private Q_SLOTS:
         LogFileWriter writer;
         writer.append("\xc3");
         LogTail tail(writer.path());
-        QCOMPARE(looked(tail), "");
+        QCOMPARE(polled(tail), "");
         writer.append("\xa4\n");
-        QCOMPARE(looked(tail), QString::fromUtf8("ä\n"));
+        QCOMPARE(polled(tail), QString::fromUtf8("ä\n"));
         writer.append("\xff\n");
-        QCOMPARE(looked(tail), QString(QChar::ReplacementCharacter) + u'\n');
+        QCOMPARE(polled(tail), QString(QChar::ReplacementCharacter) + u'\n');
     }
 
     void reportsAMissingFileOnce()
     {
         LogFileWriter writer;
         LogTail tail(writer.path());
-        QCOMPARE(looked(tail), "<missing>");
-        QCOMPARE(looked(tail), "");
+        QCOMPARE(polled(tail), "<missing>");
+        QCOMPARE(polled(tail), "");
         QVERIFY(!tail.isGone());
         writer.append("here\n");
-        QCOMPARE(looked(tail), "here\n");
+        QCOMPARE(polled(tail), "here\n");
     }
 
     void aFolderIsNoLog()
     {
         LogTail tail(QDir::tempPath());
-        QCOMPARE(looked(tail), "<missing>");
+        QCOMPARE(polled(tail), "<missing>");
     }
 
     void restartsAfterTheFileWasTruncated_data()
@@ -182,11 +182,11 @@ private Q_SLOTS:
         LogFileWriter writer;
         writer.append("old lines\n");
         LogTail tail(writer.path());
-        tail.look();
+        tail.poll();
         writer.rewrite(content);
-        QCOMPARE(looked(tail), shown);
+        QCOMPARE(polled(tail), shown);
         writer.append("after\n");
-        QCOMPARE(looked(tail), "after\n");
+        QCOMPARE(polled(tail), "after\n");
     }
 
     void theEndOfARotatedFileIsNotLost()
@@ -194,17 +194,17 @@ private Q_SLOTS:
         LogFileWriter writer;
         writer.append("old\n");
         LogTail tail(writer.path());
-        QCOMPARE(looked(tail), "old\n");
+        QCOMPARE(polled(tail), "old\n");
         writer.rename();
         QVERIFY(tail.isGone());
         writer.appendToRenamed("its end\n");
-        QCOMPARE(looked(tail), "its end\n");
+        QCOMPARE(polled(tail), "its end\n");
         writer.appendToRenamed("its very end\n");
         writer.append("new\n");
-        QCOMPARE(looked(tail), "its very end\n<replaced>new\n");
+        QCOMPARE(polled(tail), "its very end\n<replaced>new\n");
         QVERIFY(!tail.isGone());
         writer.append("more\n");
-        QCOMPARE(looked(tail), "more\n");
+        QCOMPARE(polled(tail), "more\n");
     }
 
     void anUnreadableSuccessorIsWaitedFor()
@@ -212,13 +212,13 @@ private Q_SLOTS:
         LogFileWriter writer;
         writer.append("old\n");
         LogTail tail(writer.path());
-        QCOMPARE(looked(tail), "old\n");
+        QCOMPARE(polled(tail), "old\n");
         writer.remove();
         QVERIFY(QDir().mkdir(writer.path()));
-        QCOMPARE(looked(tail), "<missing>");
+        QCOMPARE(polled(tail), "<missing>");
         QVERIFY(QDir().rmdir(writer.path()));
         writer.append("new\n");
-        QCOMPARE(looked(tail), "new\n");
+        QCOMPARE(polled(tail), "new\n");
     }
 
     void aHugeFileIsReadFromNearItsEnd()
@@ -232,13 +232,13 @@ private Q_SLOTS:
         QCOMPARE(file.write(end), end.size());
         file.close();
         LogTail tail(writer.path());
-        const QList<LogNews> news = tail.look();
-        QCOMPARE(news.size(), 2);
-        QCOMPARE(news.at(0).kind, LogNews::Kind::Skipped);
-        QVERIFY(news.at(1).text.size() <= LogTail::windowBytes);
-        QVERIFY(news.at(1).text.startsWith(u"line ")); // a whole line
-        QVERIFY(news.at(1).text.endsWith(u"line 199999\n"));
-        QCOMPARE(news.at(0).bytes + news.at(1).text.size(), QFile(writer.path()).size());
+        const QList<LogChange> changes = tail.poll();
+        QCOMPARE(changes.size(), 2);
+        QCOMPARE(changes.at(0).kind, LogChange::Kind::Skipped);
+        QVERIFY(changes.at(1).text.size() <= LogTail::windowBytes);
+        QVERIFY(changes.at(1).text.startsWith(u"line ")); // a whole line
+        QVERIFY(changes.at(1).text.endsWith(u"line 199999\n"));
+        QCOMPARE(changes.at(0).bytes + changes.at(1).text.size(), QFile(writer.path()).size());
     }
 
     void longLinesAreBroken()
@@ -246,7 +246,7 @@ private Q_SLOTS:
         LogFileWriter writer;
         writer.append(QByteArray(10000, 'x') + "\nshort\n");
         LogTail tail(writer.path());
-        const QStringList shown = looked(tail).split(u'\n');
+        const QStringList shown = polled(tail).split(u'\n');
         QCOMPARE(shown.size(), 5);
         QCOMPARE(shown.at(0).size(), LogTail::lineLimit);
         QCOMPARE(shown.at(0).size() + shown.at(1).size() + shown.at(2).size(), 10000);

@@ -439,14 +439,14 @@ private Q_SLOTS:
         QFETCH(QSize, least);
         QFETCH(bool, stays);
         const QRect area(100, 30, 1920, 1050);
-        const Shares shares = sharesOf(area, console, least);
-        QCOMPARE(shares.console == console, stays);
-        QVERIFY(area.contains(shares.console) && area.contains(shares.windows));
-        QVERIFY(!shares.console.intersects(shares.windows));
-        QVERIFY(shares.windows.width() * 5 >= area.width() * 2 - 5);
-        QVERIFY(shares.windows.height() * 5 >= area.height() * 2 - 5);
+        const ScreenSplit split = splitScreen(area, console, least);
+        QCOMPARE(split.console == console, stays);
+        QVERIFY(area.contains(split.console) && area.contains(split.windows));
+        QVERIFY(!split.console.intersects(split.windows));
+        QVERIFY(split.windows.width() * 5 >= area.width() * 2 - 5);
+        QVERIFY(split.windows.height() * 5 >= area.height() * 2 - 5);
         if (least.width() <= area.width() * 3 / 5)
-            QVERIFY(shares.console.width() >= least.width());
+            QVERIFY(split.console.width() >= least.width());
     }
 
     void noWindowsNoTiles()

@@ -178,8 +178,8 @@ private Q_SLOTS:
         QVERIFY(looksBinary(QStringLiteral("hist1d total")));
         QVERIFY(looksBinary(QStringLiteral(" hist2d")));
         QVERIFY(looksBinary(QStringLiteral("rxfile /data/notes.txt")));
-        QVERIFY(bringsFile(QStringLiteral("rxfile /data/notes.txt")));
-        QVERIFY(!bringsFile(QStringLiteral("hist1d rxfile")));
+        QVERIFY(requestsFile(QStringLiteral("rxfile /data/notes.txt")));
+        QVERIFY(!requestsFile(QStringLiteral("hist1d rxfile")));
         QVERIFY(!looksBinary(QStringLiteral("hists")));
         QVERIFY(!looksBinary(QStringLiteral("help hist1d")));
     }

@@ -135,7 +135,7 @@ private Q_SLOTS:
     {
         FaultSwitch none;
         Reply reply = Reply::ok();
-        reply.leads = { { .pauseMs = 7, .text = {} }, { .pauseMs = 9, .text = "x\n" } };
+        reply.delayedTexts = { { .pauseMs = 7, .text = {} }, { .pauseMs = 9, .text = "x\n" } };
         QCOMPARE(textOf(none.reply(reply, prompt)), QStringLiteral("pause 7; pause 9; write 2; write 12"));
     }
 

@@ -233,15 +233,15 @@ private Q_SLOTS:
     void sleepHasSteps()
     {
         const Reply plain = reply("sleep 250");
-        QCOMPARE(plain.leads.size(), std::size_t { 1 });
-        QCOMPARE(plain.leads[0].pauseMs, 250);
+        QCOMPARE(plain.delayedTexts.size(), std::size_t { 1 });
+        QCOMPARE(plain.delayedTexts[0].pauseMs, 250);
         QCOMPARE(plain.text, QByteArray("OK:\n"));
         const Reply steps = reply("sleep 1000 3");
         QByteArray text;
         int pauses = 0;
-        for (const Reply::Lead& lead : steps.leads) {
-            pauses += lead.pauseMs;
-            text += lead.text;
+        for (const Reply::DelayedText& delayed : steps.delayedTexts) {
+            pauses += delayed.pauseMs;
+            text += delayed.text;
         }
         QCOMPARE(pauses, 1000);
         QCOMPARE(text + steps.text, QByteArray("OK:\nstep 1 of 3\nstep 2 of 3\nstep 3 of 3\n"));

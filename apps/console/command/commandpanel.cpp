@@ -229,7 +229,7 @@ void CommandPanel::onReplied(const PTarnisCmd& command, const QByteArray& reply)
     m_isAnnounced = false;
     if (command->m_bBinary) {
         const QString text = visibleText(command->m_replyText.toUtf8());
-        const bool isFile = bringsFile(command->m_cmd);
+        const bool isFile = requestsFile(command->m_cmd);
         const QString block = isFile ? fileText(reply) : binaryText(summarizeBinary(reply));
         ui->transcript->addReply(text.isEmpty() ? block : block + u'\n' + tr("text: %1").arg(text), replyKind(text));
     } else {

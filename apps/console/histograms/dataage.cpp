@@ -29,7 +29,7 @@ DataAge::DataAge(QWidget& window, const std::function<bool()>& isExpected)
     m_label->setObjectName(QStringLiteral("dataAgeLabel"));
     m_label->setTextFormat(Qt::PlainText);
     m_label->setWordWrap(true);
-    connect(&m_timer, &QTimer::timeout, this, &DataAge::look);
+    connect(&m_timer, &QTimer::timeout, this, &DataAge::check);
     m_timer.start(lookMs);
     showState(false);
 }
@@ -37,7 +37,7 @@ DataAge::DataAge(QWidget& window, const std::function<bool()>& isExpected)
 void DataAge::answered()
 {
     m_waiting.invalidate();
-    look();
+    check();
 }
 
 void DataAge::arrived()
@@ -47,7 +47,7 @@ void DataAge::arrived()
     answered();
 }
 
-void DataAge::look()
+void DataAge::check()
 {
     if (!m_isExpected()) {
         m_waiting.invalidate();

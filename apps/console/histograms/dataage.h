@@ -36,7 +36,7 @@ public:
     int m_limitMs = 3000; ///< three polls
 
 protected:
-    void look();
+    void check();
     void showState(bool isLate);
 
     QWidget& m_window;

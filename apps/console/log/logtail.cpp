@@ -18,28 +18,28 @@ LogTail::LogTail(const QString& path)
 {
 }
 
-QList<LogNews> LogTail::look()
+QList<LogChange> LogTail::poll()
 {
-    QList<LogNews> news;
-    if (!m_file.isOpen() && !open(news))
-        return news;
+    QList<LogChange> changes;
+    if (!m_file.isOpen() && !open(changes))
+        return changes;
     // Checked before the rest of the old file is read, so that text written to it until then is not lost.
     const bool isOther = isReplaced();
     if (isRewritten()) {
         restart();
-        news.append({ LogNews::Kind::Emptied, {}, 0 });
+        changes.append({ LogChange::Kind::Emptied, {}, 0 });
     }
-    read(news);
+    read(changes);
     if (!isOther)
-        return news;
+        return changes;
     m_file.close();
     restart();
     m_file.setFileName(m_path);
-    if (open(news)) {
-        news.append({ LogNews::Kind::Replaced, {}, 0 });
-        read(news);
+    if (open(changes)) {
+        changes.append({ LogChange::Kind::Replaced, {}, 0 });
+        read(changes);
     }
-    return news;
+    return changes;
 }
 
 qint64 LogTail::pending() const
@@ -52,7 +52,7 @@ bool LogTail::isGone() const
     return m_file.isOpen() && !QFileInfo::exists(m_path);
 }
 
-bool LogTail::open(QList<LogNews>& news)
+bool LogTail::open(QList<LogChange>& changes)
 {
     // Some systems can open a folder, and a pipe would block.
     QString problem;
@@ -61,7 +61,7 @@ bool LogTail::open(QList<LogNews>& news)
     else if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         problem = m_file.errorString();
     if (!problem.isEmpty() && !m_isMissing)
-        news.append({ LogNews::Kind::Missing, problem, 0 });
+        changes.append({ LogChange::Kind::Missing, problem, 0 });
     m_isMissing = !problem.isEmpty();
     return !m_isMissing;
 }
@@ -91,7 +91,7 @@ void LogTail::restart()
     m_decoder.resetState();
 }
 
-void LogTail::skipTo(qint64 position, QList<LogNews>& news)
+void LogTail::skipTo(qint64 position, QList<LogChange>& changes)
 {
     qint64 start = position;
     if (m_file.seek(position - 1)) {
@@ -99,18 +99,18 @@ void LogTail::skipTo(qint64 position, QList<LogNews>& news)
         if (const qsizetype feed = line.indexOf('\n'); feed >= 0)
             start = position + feed;
     }
-    news.append({ LogNews::Kind::Skipped, {}, start - m_position });
+    changes.append({ LogChange::Kind::Skipped, {}, start - m_position });
     m_position = start;
     m_lastBytes.clear();
     m_lineLength = 0;
     m_decoder.resetState();
 }
 
-void LogTail::read(QList<LogNews>& news)
+void LogTail::read(QList<LogChange>& changes)
 {
     const qint64 size = m_file.size();
     if (size - m_position > windowBytes)
-        skipTo(size - windowBytes, news);
+        skipTo(size - windowBytes, changes);
     if (size <= m_position || !m_file.seek(m_position))
         return;
     const QByteArray bytes = m_file.read(size - m_position);
@@ -120,7 +120,7 @@ void LogTail::read(QList<LogNews>& news)
     m_lastBytes = (m_lastBytes + bytes).right(recognitionBytes);
     const QString text = m_decoder.decode(bytes);
     if (!text.isEmpty())
-        news.append({ LogNews::Kind::Text, broken(text), 0 });
+        changes.append({ LogChange::Kind::Text, broken(text), 0 });
 }
 
 QString LogTail::broken(const QString& text)

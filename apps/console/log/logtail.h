@@ -12,7 +12,7 @@
 namespace console {
 
 /// New text of the file, or an event.
-struct LogNews {
+struct LogChange {
     enum class Kind {
         Text, ///< `text` continues the previous text
         Skipped, ///< `bytes` of the file are skipped here
@@ -37,19 +37,19 @@ public:
 
     const QString& path() const { return m_path; }
     /// The changes since the last call, in order. Lines end with a line feed; the last one may be incomplete.
-    QList<LogNews> look();
+    QList<LogChange> poll();
     /// Number of unread bytes of the file; 0 if unknown.
     qint64 pending() const;
     /// True while the open file has been removed or renamed: it is followed until another file takes its name.
     bool isGone() const;
 
 protected:
-    bool open(QList<LogNews>& news);
+    bool open(QList<LogChange>& changes);
     bool isReplaced() const;
     bool isRewritten();
     void restart();
-    void read(QList<LogNews>& news);
-    void skipTo(qint64 position, QList<LogNews>& news);
+    void read(QList<LogChange>& changes);
+    void skipTo(qint64 position, QList<LogChange>& changes);
     QString broken(const QString& text);
 
     QString m_path;

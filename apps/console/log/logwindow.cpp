@@ -50,7 +50,7 @@ LogWindow::LogWindow(QSettings& store, QWidget* parent)
     ui->view->installEventFilter(this);
     ui->view->viewport()->installEventFilter(this);
     m_timer.setInterval(lookMs);
-    connect(&m_timer, &QTimer::timeout, this, &LogWindow::look);
+    connect(&m_timer, &QTimer::timeout, this, &LogWindow::poll);
     m_timer.start();
     addKey(ui->nextButton, Qt::Key_F3);
     addKey(ui->previousButton, Qt::SHIFT | Qt::Key_F3);
@@ -76,7 +76,7 @@ void LogWindow::setFile(const QString& path)
         ui->view->clear();
     }
     ui->followCheck->setChecked(true);
-    look();
+    poll();
 }
 
 void LogWindow::chooseFile()
@@ -90,38 +90,38 @@ void LogWindow::chooseFile()
     dialog->open();
 }
 
-void LogWindow::look()
+void LogWindow::poll()
 {
     if (m_tail && isFollowing()) {
-        const QList<LogNews> news = m_tail->look();
-        for (const LogNews& piece : news)
-            append(piece);
-        if (!news.isEmpty())
+        const QList<LogChange> changes = m_tail->poll();
+        for (const LogChange& change : changes)
+            append(change);
+        if (!changes.isEmpty())
             scrollToEnd();
     }
     showState();
 }
 
-void LogWindow::append(const LogNews& news)
+void LogWindow::append(const LogChange& change)
 {
     QString note;
-    switch (news.kind) {
-    case LogNews::Kind::Text:
+    switch (change.kind) {
+    case LogChange::Kind::Text:
         m_problem.clear();
         break;
-    case LogNews::Kind::Skipped:
-        note = tr("(%1 of the file are not shown)").arg(byteCountText(news.bytes));
+    case LogChange::Kind::Skipped:
+        note = tr("(%1 of the file are not shown)").arg(byteCountText(change.bytes));
         break;
-    case LogNews::Kind::Emptied:
+    case LogChange::Kind::Emptied:
         note = tr("(the file was emptied or rewritten)");
         m_problem.clear();
         break;
-    case LogNews::Kind::Replaced:
+    case LogChange::Kind::Replaced:
         note = tr("(the file was replaced by another one)");
         m_problem.clear();
         break;
-    case LogNews::Kind::Missing:
-        m_problem = news.text;
+    case LogChange::Kind::Missing:
+        m_problem = change.text;
         return;
     }
     const QScopedValueRollback writing(m_isWriting, true);
@@ -129,7 +129,7 @@ void LogWindow::append(const LogNews& news)
     end.movePosition(QTextCursor::End);
     if (!note.isEmpty() && !end.atBlockStart())
         end.insertText(QStringLiteral("\n"));
-    end.insertText(note.isEmpty() ? news.text : note + u'\n');
+    end.insertText(note.isEmpty() ? change.text : note + u'\n');
 }
 
 void LogWindow::scrollToEnd()
@@ -151,7 +151,7 @@ void LogWindow::onFollowToggled()
 {
     if (isFollowing())
         scrollToEnd();
-    look();
+    poll();
 }
 
 void LogWindow::find(bool isBackward)

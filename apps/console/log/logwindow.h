@@ -32,7 +32,7 @@ public:
     static constexpr int maxLines = 20000; ///< maximum number of shown lines
 
 public Q_SLOTS:
-    void look();
+    void poll();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -40,7 +40,7 @@ protected:
     void chooseFile();
     void onFollowToggled();
     void onScrolled();
-    void append(const LogNews& news);
+    void append(const LogChange& change);
     void scrollToEnd();
     void find(bool isBackward);
     void updateFind();

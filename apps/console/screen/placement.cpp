@@ -144,7 +144,7 @@ QList<QRect> cascadeCells(int count, const QRect& area)
     return cells;
 }
 
-Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
+ScreenSplit splitScreen(const QRect& area, const QRect& console, const QSize& least)
 {
     const QRect taken = console.intersected(area);
     QRect free;
@@ -159,15 +159,15 @@ Shares sharesOf(const QRect& area, const QRect& console, const QSize& least)
         return { console, free };
     const int maxWidth = area.width() * 3 / 5;
     const int maxHeight = area.height() * 3 / 5;
-    Shares shares { area, area };
+    ScreenSplit split { area, area };
     if (least.width() <= maxWidth || least.height() > maxHeight) {
-        shares.console.setWidth(qBound(area.width() * 2 / 5, least.width(), maxWidth));
-        shares.windows.setLeft(shares.console.right() + 1);
+        split.console.setWidth(qBound(area.width() * 2 / 5, least.width(), maxWidth));
+        split.windows.setLeft(split.console.right() + 1);
     } else {
-        shares.console.setHeight(qBound(area.height() * 2 / 5, least.height(), maxHeight));
-        shares.windows.setTop(shares.console.bottom() + 1);
+        split.console.setHeight(qBound(area.height() * 2 / 5, least.height(), maxHeight));
+        split.windows.setTop(split.console.bottom() + 1);
     }
-    return shares;
+    return split;
 }
 
 std::optional<QRect> placeBeside(const QSize& size, const QRect& frame, const QRect& area, const QMargins& border)

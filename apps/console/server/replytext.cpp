@@ -186,10 +186,10 @@ QString fileText(const QByteArray& bytes)
 bool looksBinary(const QString& command)
 {
     const QString word = command.trimmed().section(u' ', 0, 0);
-    return word == u"hist1d" || word == u"hist2d" || bringsFile(command);
+    return word == u"hist1d" || word == u"hist2d" || requestsFile(command);
 }
 
-bool bringsFile(const QString& command)
+bool requestsFile(const QString& command)
 {
     return command.trimmed().section(u' ', 0, 0) == u"rxfile";
 }

@@ -60,6 +60,6 @@ QString fileText(const QByteArray& bytes);
 /// True for the commands with binary replies: first word hist1d, hist2d (doubles) or rxfile (a file).
 bool looksBinary(const QString& command);
 /// True for the one whose payload is a file.
-bool bringsFile(const QString& command);
+bool requestsFile(const QString& command);
 
 } // namespace console

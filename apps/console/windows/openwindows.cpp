@@ -351,7 +351,7 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
             places.begin(), places.end(), [&](const QRect& place) { return place.size().boundedTo(least) == least; });
     };
     // On a small screen windows may cover the console and each other rather than become too small to read.
-    const QRect area = fit(consoleShares(whole).windows) ? placeConsole(whole) : whole;
+    const QRect area = fit(consoleSplit(whole).windows) ? placeConsole(whole) : whole;
     const QList<QRect> places =
         area == whole && !fit(whole) ? cascadeCells(int(windows.size()), whole) : cells(int(windows.size()), area);
     for (qsizetype i = 0; i < windows.size(); ++i) {
@@ -368,26 +368,26 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
     }
 }
 
-Shares OpenWindows::consoleShares(const QRect& area) const
+ScreenSplit OpenWindows::consoleSplit(const QRect& area) const
 {
     const QSize least = m_mainWindow.minimumSizeHint().expandedTo(m_mainWindow.minimumSize());
     if (!m_mainWindow.isVisible() || m_mainWindow.isMinimized())
         return { {}, area };
-    return sharesOf(area, m_mainWindow.frameGeometry(), least.grownBy(frameOf(m_mainWindow)));
+    return splitScreen(area, m_mainWindow.frameGeometry(), least.grownBy(frameOf(m_mainWindow)));
 }
 
 /// Places the console. Returns the remaining area for the windows.
 QRect OpenWindows::placeConsole(const QRect& area)
 {
     const QMargins frame = frameOf(m_mainWindow);
-    const Shares shares = consoleShares(area);
-    if (shares.console.isNull())
-        return shares.windows;
-    if (shares.console != m_mainWindow.frameGeometry()) {
+    const ScreenSplit split = consoleSplit(area);
+    if (split.console.isNull())
+        return split.windows;
+    if (split.console != m_mainWindow.frameGeometry()) {
         m_mainWindow.showNormal();
-        m_mainWindow.setGeometry(shares.console.marginsRemoved(frame));
+        m_mainWindow.setGeometry(split.console.marginsRemoved(frame));
     }
-    return shares.windows;
+    return split.windows;
 }
 
 void OpenWindows::tile()

@@ -82,7 +82,7 @@ protected:
     void* keyOf(const QString& id);
     QWidget* enter(const QString& id, QWidget* window, const std::function<QString()>& title);
     void arrange(const std::function<QList<QRect>(int count, const QRect& area)>& cells);
-    Shares consoleShares(const QRect& area) const;
+    ScreenSplit consoleSplit(const QRect& area) const;
     QRect placeConsole(const QRect& area);
 
     QWidget& m_mainWindow;
