@@ -1,6 +1,7 @@
 // Files of datasets and plots: a table against the same numbers by QTextStream, a large map as PDF and SVG.
 //
 // Counters: milliseconds, bytes of the file, and for tables the ratio to the peer of the same run.
+#include "headless.h"
 #include "measure.h"
 
 #include <tarnis/export/plotexporter.h>
@@ -101,7 +102,7 @@ BENCHMARK_CAPTURE(saveMap, svg, tarnis::PictureFormat::Svg);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
     return runBenchmarks(argc, argv);
 }

@@ -2,6 +2,7 @@
 // sleep, in time of that thread and by the clock, how long an event waits for the thread, and the memory that a fault
 // costs. The clock's values include what other programs, and other virtual machines, took of the processor.
 #include "eventwaits.h"
+#include "headless.h"
 #include "instrument.h"
 #include "measure.h"
 
@@ -174,7 +175,7 @@ void otherSizes(benchmark::State& state, const Sizes& sizes)
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     qputenv("QT_NO_GLIB", "1"); // whose dispatcher does not report when it wakes up
     const QApplication application(argc, argv);
     const auto add = [](const std::string& name, const auto& function, const auto& argument) {

@@ -1,5 +1,6 @@
 // How long a panel that follows a live plot holds the GUI thread: by the start of a fit and, in one pass of the event
 // loop, by taking its result and painting it. The fit itself runs on another thread.
+#include "headless.h"
 #include "measure.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -69,7 +70,7 @@ BENCHMARK(follow)->Iterations(100)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
     return runBenchmarks(argc, argv);
 }

@@ -1,6 +1,7 @@
 // The live 2D window with a map of 1024 x 1024 bins (8 MiB): what the GUI thread spends on a poll, from the reply to
 // the picture on the window (limit: 40 ms), and on steps of the user who cuts and zooms (limit: 30 ms). The counters
 // are medians in milliseconds of the thread's processor time, beside them one copy of the reply's bytes.
+#include "headless.h"
 #include "measure.h"
 #include "shownreplies.h"
 
@@ -9,7 +10,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QLoggingCategory>
 #include <QMouseEvent>
 
 #include <cmath>
@@ -113,10 +113,8 @@ void add(const char* name, const std::function<void(benchmark::State&)>& work)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     add("reply/counts", [](benchmark::State& state) { replyToPicture(state, false, false); });
     add("reply/counts-log", [](benchmark::State& state) { replyToPicture(state, false, true); });
     add("reply/fractions", [](benchmark::State& state) { replyToPicture(state, true, false); });

@@ -2,6 +2,7 @@
 // (limit: less than 10 ms), and maps, of which 1024 x 1024 at 800 x 800 has to take less than 40 ms. The counters are
 // medians in milliseconds of the thread: storing the reply, drawing, both; beside them one copy of the reply's
 // bytes.
+#include "headless.h"
 #include "measure.h"
 #include "shownreplies.h"
 
@@ -11,7 +12,6 @@
 #include <tarnis/plots/xy2dgraphwidget.h>
 
 #include <QApplication>
-#include <QLoggingCategory>
 
 #include <cmath>
 #include <cstring>
@@ -106,10 +106,8 @@ void addMap(const char* name, const Map& map)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     addCurves("noisy", Noisy, false);
     addCurves("noisy-log", Noisy, true);
     addCurves("smooth", Smooth, false);

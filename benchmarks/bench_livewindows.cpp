@@ -6,6 +6,7 @@
 // Ends with 1 if a poll is missing, the memory grows, or the GUI thread works for 20 ms (maps: 40 ms) or more at a
 // stretch.
 #include "eventwaits.h"
+#include "headless.h"
 #include "measure.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -17,7 +18,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QLoggingCategory>
 #include <QProcess>
 #include <QTimer>
 
@@ -324,10 +324,8 @@ int run(const Kind& kind, int seconds)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     QStringList arguments = QApplication::arguments().mid(1);
     int seconds = 60;
     if (const qsizetype option = arguments.indexOf(QLatin1String("--seconds")); option >= 0) {

@@ -1,5 +1,6 @@
 // The plot frame alone, 800 x 400: ticks, labels, names, notes and grid, against the frame drawn call by call; and a
 // repaint with nothing stale against one drawPixmap(). Limit: a frame with ticks and labels takes less than 1 ms.
+#include "headless.h"
 #include "support/frameoracle.h"
 #include "support/frameprobe.h"
 #include "tarnis/plots/xygraphwidget.h"
@@ -98,8 +99,7 @@ void repaintOfAPicture(benchmark::State& state)
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
     using benchmark::RegisterBenchmark;
     for (auto* entry : { RegisterBenchmark("frame/linear", frame, false),

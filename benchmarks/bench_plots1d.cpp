@@ -1,6 +1,7 @@
 // The curves of the 1D plots, drawing alone, 800 x 400, one thread: against the drawing sample by sample and against
 // QCustomPlot with adaptive sampling and without antialiasing. All three take turns within a round, so that a busy
 // machine slows them alike; the counters are medians over the rounds in milliseconds of the thread, and their ratios.
+#include "headless.h"
 #include "measure.h"
 #include "support/curveoracle.h"
 
@@ -9,7 +10,6 @@
 #include <qcustomplot.h>
 
 #include <QApplication>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <QPixmap>
 
@@ -276,10 +276,8 @@ void addHardCases()
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     addCases();
     addHardCases();
     return runBenchmarks(argc, argv);

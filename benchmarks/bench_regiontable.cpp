@@ -1,4 +1,5 @@
 // The update of a table of 32 regions of a plot with 8 curves, against plain sums over the same bins.
+#include "headless.h"
 #include "measure.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -60,7 +61,7 @@ BENCHMARK(update)->Iterations(200)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
     return runBenchmarks(argc, argv);
 }

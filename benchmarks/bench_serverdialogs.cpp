@@ -3,6 +3,7 @@
 // (limit: less than 5 ms of every second). The counters are medians in milliseconds of the thread, beside them the
 // parts that the dialogs call: the sort by the language's rules, the list widget alone, the items of the table alone.
 // The same folder on the simulated server is timed on the wall clock, from the request to the painted list.
+#include "headless.h"
 #include "measure.h"
 
 #include <tarnis/dialogs/selectdirectorydialog.h>
@@ -16,7 +17,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QListWidget>
-#include <QLoggingCategory>
 #include <QProcess>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -209,9 +209,7 @@ BENCHMARK(statistics)->Arg(100)->Arg(1000)->Arg(10000)->UseManualTime()->Iterati
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("tarnis.*.debug=false"));
     return runBenchmarks(argc, argv);
 }

@@ -1,5 +1,6 @@
 // Replies over the loopback interface beside a raw recv loop, the readers' growth with the reply's length, and what
 // idle sessions cost beside bare threads. Ratios are medians over pairs that are measured in turn.
+#include "measure.h"
 #include "replyserver.h"
 
 #include "support/chunksocket.h"
@@ -8,8 +9,6 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-
-#include <benchmark/benchmark.h>
 
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -31,12 +30,6 @@ const QByteArray prompt("> ");
 double secondsSinceFirstByte(Clock::time_point end)
 {
     return std::chrono::duration<double>(end - ReplyServer::firstByte()).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
 // Untouched pages: operator new often returns the block of the last reply.
@@ -323,7 +316,5 @@ BENCHMARK(idleSessions)->Iterations(1)->Unit(benchmark::kSecond);
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -12,6 +12,7 @@
 // "wheel/none" the ratio to it. The last entries drag a tool that draws over the data: "drag" is a move of the pointer
 // with the left button, for a ruler also the sums between its ends, and "rubber band" is the plot's own rectangle. "all
 // overlays" is a repaint with cross, markers, ruler and legend attached and the pointer elsewhere.
+#include "headless.h"
 #include "measure.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
@@ -390,8 +391,7 @@ std::string nameOf(const char* name, bool hasStyle)
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    prepareHeadless();
     const QApplication application(argc, argv);
     using benchmark::RegisterBenchmark;
     for (auto* entry : { RegisterBenchmark("8 x 100k/classic", run, curves, false),
