@@ -110,23 +110,6 @@ ModalWatchdog::Answer saveTo(SavePlace& place)
     };
 }
 
-void agree(QWidget& window)
-{
-    if (auto* const box = qobject_cast<QMessageBox*>(&window))
-        box->button(QMessageBox::Yes)->click();
-}
-
-ModalWatchdog::Answer print(const QString& path)
-{
-    return [path](QWidget& window) {
-        auto* const dialog = qobject_cast<QPrintDialog*>(&window);
-        if (!dialog)
-            return;
-        dialog->findChild<QLineEdit*>(QStringLiteral("filename"))->setText(path);
-        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    };
-}
-
 const char* causeOf(SaveFailure failure)
 {
     if (failure == SaveFailure::FullDevice || failure == SaveFailure::FullDisk)
@@ -184,9 +167,9 @@ private Q_SLOTS:
         SavingConsole fixture;
         QWidget* const window = fixture.filled(id.constData());
         const auto save = [&](SavePlace& place) {
-            QList<ModalWatchdog::Answer> answers { isPrint ? print(place.path()) : saveTo(place) };
+            QList<ModalWatchdog::Answer> answers { isPrint ? acceptPrint(place.path()) : saveTo(place) };
             if (QFileInfo::exists(place.path()))
-                answers.append(agree); // it exists: overwrite?
+                answers.append(agree()); // it exists: overwrite?
             const ModalWatchdog watchdog(answers);
             SavingConsole::save(*window, entry);
             return eventually([&] { return watchdog.isContent() && !window->findChild<QPrintDialog*>(); });
@@ -241,7 +224,7 @@ private Q_SLOTS:
             place.begin();
             const bool isOld = QFileInfo(place.path()).isFile();
             const ModalWatchdog watchdog(
-                isOld ? QList<ModalWatchdog::Answer> { agree } : QList<ModalWatchdog::Answer>());
+                isOld ? QList<ModalWatchdog::Answer> { agree() } : QList<ModalWatchdog::Answer>());
             dialog.accept();
             QVERIFY(watchdog.isContent());
             if (failure == SaveFailure::None) {
@@ -305,7 +288,7 @@ private Q_SLOTS:
             QSKIP("only root may mount the small disk of this case");
         QList<ModalWatchdog::Answer> answers { saveTo(place) };
         if (QFileInfo::exists(place.path()))
-            answers.append(agree);
+            answers.append(agree());
         const ModalWatchdog watchdog(answers);
         fixture.choose("saveRecordAction");
         const bool isGood = failure == SaveFailure::None;

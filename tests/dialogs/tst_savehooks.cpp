@@ -10,12 +10,10 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QImage>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPrintDialog>
 #include <QPushButton>
 
 using namespace tarnis::testing;
@@ -79,23 +77,6 @@ public:
         return Plot::toPixmap();
     }
 };
-
-ModalWatchdog::Answer print(const QString& path)
-{
-    return [path](QWidget& window) {
-        auto* const dialog = qobject_cast<QPrintDialog*>(&window);
-        if (!dialog)
-            return;
-        dialog->findChild<QLineEdit*>("filename")->setText(path);
-        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    };
-}
-
-void agree(QWidget& window)
-{
-    if (auto* const box = qobject_cast<QMessageBox*>(&window))
-        box->button(QMessageBox::Yes)->click();
-}
 
 } // namespace
 
@@ -204,9 +185,9 @@ private Q_SLOTS:
         plot.setData(QList<double>(3000, 1.5));
         plot.watch = [&] { place.begin(); };
         const SaveHookRecorder host(place);
-        QList<ModalWatchdog::Answer> answers { print(place.path()) };
+        QList<ModalWatchdog::Answer> answers { acceptPrint(place.path()) };
         if (QFileInfo::exists(place.path()))
-            answers.append(agree); // it exists: overwrite?
+            answers.append(agree()); // it exists: overwrite?
         ModalWatchdog watchdog(answers);
         plot.onPrint();
         QVERIFY(watchdog.isContent());
@@ -266,7 +247,7 @@ private Q_SLOTS:
             QVERIFY(cancelled.isContent());
         }
         QCOMPARE(reports, 0); // no attempt was made
-        ModalWatchdog accepted({ acceptFile(place.path()), agree });
+        ModalWatchdog accepted({ acceptFile(place.path()), agree() });
         plot.onSaveCsv();
         QVERIFY(accepted.isContent());
         QCOMPARE(reports, 1);

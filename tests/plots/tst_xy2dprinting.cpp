@@ -8,25 +8,9 @@
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 
-#include <QDialogButtonBox>
-#include <QPrintDialog>
 #include <QTemporaryDir>
 
 using namespace tarnis::testing;
-
-namespace {
-
-ModalWatchdog::Answer print(const QString& path)
-{
-    return [path](QWidget& window) {
-        auto* dialog = qobject_cast<QPrintDialog*>(&window);
-        QVERIFY(dialog);
-        dialog->findChild<QLineEdit*>("filename")->setText(path);
-        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    };
-}
-
-} // namespace
 
 class TestXY2DPrinting : public QObject {
     Q_OBJECT
@@ -57,7 +41,7 @@ private Q_SLOTS:
         }
         PrintedPage page;
         recordPages(plot.m_printer, page, QSize(2000, 3000));
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QCOMPARE(page.pictures.size(), 1);
@@ -77,7 +61,7 @@ private Q_SLOTS:
         cutY->grab();
         PrintedPage page;
         recordPages(plot.m_printer, page, QSize(2000, 3000));
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QCOMPARE(page.painters, 1);
@@ -151,7 +135,7 @@ private Q_SLOTS:
         const int dx = margins();
         PrintedPage page;
         recordPages(plot.m_printer, page, QSize(2000, 3000));
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QCOMPARE(page.pictures.size(), 3);
@@ -179,7 +163,7 @@ private Q_SLOTS:
         PrintedPage page;
         page.refuses = true;
         recordPages(plot.m_printer, page, QSize(2000, 3000));
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QVERIFY(page.pictures.isEmpty() && page.texts.isEmpty());
@@ -193,7 +177,7 @@ private Q_SLOTS:
         cutY->m_pixmap = QPixmap();
         PrintedPage page;
         recordPages(plot.m_printer, page, QSize(2000, 3000));
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QVERIFY(!page.pictures.isEmpty()); // what there is
@@ -207,7 +191,7 @@ private Q_SLOTS:
         recordPages(plot.m_printer, page, QSize(2000, 3000));
         ModalWatchdog watchdog({ [&](QWidget& window) {
             delete plot.windowX();
-            print(folder.filePath("page.pdf"))(window);
+            acceptPrint(folder.filePath("page.pdf"))(window);
         } });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
@@ -220,7 +204,7 @@ private Q_SLOTS:
         plot.m_act1dCut->setChecked(true);
         PrintedPage page;
         recordPages(plot.m_printer, page, QSize(2000, 3000));
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         QTest::ignoreMessage(QtDebugMsg,
             QRegularExpression(
                 "^xy2dgraphwidget : \\d+ .* \\| Viewport: +QRect\\(200,200 1600x2600\\) +Print Size: +QSize"));

@@ -5,6 +5,8 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPrintDialog>
 #include <QPushButton>
 
 namespace tarnis::testing {
@@ -50,6 +52,25 @@ ModalWatchdog::Answer acceptFile(const QString& path)
         const auto* box = dialog->findChild<QDialogButtonBox*>();
         QPushButton* save = box->button(QDialogButtonBox::Save);
         (save != nullptr ? save : box->button(QDialogButtonBox::Open))->click();
+    };
+}
+
+ModalWatchdog::Answer acceptPrint(const QString& path)
+{
+    return [path](QWidget& window) {
+        auto* dialog = qobject_cast<QPrintDialog*>(&window);
+        if (dialog == nullptr)
+            return;
+        dialog->findChild<QLineEdit*>(QStringLiteral("filename"))->setText(path);
+        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    };
+}
+
+ModalWatchdog::Answer agree()
+{
+    return [](QWidget& window) {
+        if (auto* box = qobject_cast<QMessageBox*>(&window))
+            box->button(QMessageBox::Yes)->click();
     };
 }
 

@@ -38,6 +38,10 @@ private:
 
 /// Enters a path in a file dialog and presses its Save or Open button.
 ModalWatchdog::Answer acceptFile(const QString& path);
+/// Enters the path of the file to print to in a print dialog, and presses Print.
+ModalWatchdog::Answer acceptPrint(const QString& path);
+/// Presses Yes in a message box.
+ModalWatchdog::Answer agree();
 /// Closes a dialog like the Escape key.
 ModalWatchdog::Answer reject();
 
