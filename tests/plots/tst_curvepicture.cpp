@@ -32,6 +32,47 @@ QImage curveImage(const QRect& graph, double ratio, QPainter::RenderHints hints,
     return image;
 }
 
+void paintOracle(const VectorState& curves, QPainter& painter, const QRect& graph)
+{
+    tarnis::testing::paintVector(curves, painter, graph);
+}
+
+void paintOracle(MultiState& curves, QPainter& painter, const QRect& graph)
+{
+    tarnis::testing::paintMulti(curves, painter, graph);
+}
+
+/// Whether the next picture of the plot is the one of the oracle, for this frame and these curves.
+template <typename Plot, typename State> bool isDrawnAs(const FrameState& frame, State& curves, Plot& plot)
+{
+    FrameState drawn = frame;
+    const QPixmap expected = tarnis::testing::framePicture(drawn, plot, [&](QPainter& painter, const QRect& graph) {
+        curves.graphRect = graph;
+        paintOracle(curves, painter, graph);
+    });
+    plot.refreshPixmapIfRequired();
+    return plot.m_pixmap.toImage() == expected.toImage();
+}
+
+/// Whether the plot draws its curves alone as the oracle does.
+template <typename Plot>
+bool areCurvesTheSame(Plot& plot, const QRect& graph, double ratio, QPainter::RenderHints hints = {})
+{
+    plot.m_graphRect = graph;
+    auto curves = plot.curveState();
+    const QImage expected =
+        curveImage(graph, ratio, hints, [&](QPainter& painter) { paintOracle(curves, painter, graph); });
+    return curveImage(graph, ratio, hints, [&](QPainter& painter) { plot.onPaint(painter, graph); }) == expected;
+}
+
+QRect randomGraph(Generator& random)
+{
+    const int height = whole(random, 1, 300);
+    const int width = whole(random, 1, 500);
+    const int top = whole(random, 0, 30);
+    return { whole(random, 0, 90), top, width, height };
+}
+
 } // namespace
 
 class TestCurvePicture : public QObject {
@@ -52,15 +93,8 @@ private Q_SLOTS:
         for (int number = 0; number < 1500; ++number) {
             shuffle(plot, random);
             plot.m_refreshRequired = true;
-            FrameState frame = plot.frameState();
             VectorState curves = plot.curveState();
-            const QPixmap expected =
-                tarnis::testing::framePicture(frame, plot, [&](QPainter& painter, const QRect& graph) {
-                    curves.graphRect = graph;
-                    tarnis::testing::paintVector(curves, painter, graph);
-                });
-            plot.refreshPixmapIfRequired();
-            if (plot.m_pixmap.toImage() != expected.toImage())
+            if (!isDrawnAs(plot.frameState(), curves, plot))
                 QFAIL(qPrintable(describe(plot, number)));
         }
     }
@@ -78,13 +112,7 @@ private Q_SLOTS:
             FrameState frame = plot.frameState();
             frame.minY = curves.minY;
             frame.maxY = curves.maxY;
-            const QPixmap expected =
-                tarnis::testing::framePicture(frame, plot, [&](QPainter& painter, const QRect& graph) {
-                    curves.graphRect = graph;
-                    tarnis::testing::paintMulti(curves, painter, graph);
-                });
-            plot.refreshPixmapIfRequired();
-            if (plot.m_pixmap.toImage() != expected.toImage())
+            if (!isDrawnAs(frame, curves, plot))
                 QFAIL(qPrintable(describe(plot, number) + describeForm(plot)));
             QCOMPARE(plot.m_minY, curves.minY);
         }
@@ -107,27 +135,13 @@ private Q_SLOTS:
         MultiProbe plot;
         for (int number = 0; number < 150; ++number) {
             shuffle(plot, random);
-            const QRect graph(whole(random, 0, 90), whole(random, 0, 30), whole(random, 1, 500), whole(random, 1, 300));
-            plot.m_graphRect = graph;
-            MultiState curves = plot.curveState();
-            const QImage expected = curveImage(
-                graph, ratio, {}, [&](QPainter& painter) { tarnis::testing::paintMulti(curves, painter, graph); });
-            const QImage picture =
-                curveImage(graph, ratio, {}, [&](QPainter& painter) { plot.onPaint(painter, graph); });
-            if (picture != expected)
+            if (!areCurvesTheSame(plot, randomGraph(random), ratio))
                 QFAIL(qPrintable(describe(plot, number) + describeForm(plot)));
         }
         VectorProbe single;
         for (int number = 0; number < 150; ++number) {
             shuffle(single, random);
-            const QRect graph(whole(random, 0, 90), whole(random, 0, 30), whole(random, 1, 500), whole(random, 1, 300));
-            single.m_graphRect = graph;
-            const VectorState curve = single.curveState();
-            const QImage expected = curveImage(
-                graph, ratio, {}, [&](QPainter& painter) { tarnis::testing::paintVector(curve, painter, graph); });
-            const QImage picture =
-                curveImage(graph, ratio, {}, [&](QPainter& painter) { single.onPaint(painter, graph); });
-            if (picture != expected)
+            if (!areCurvesTheSame(single, randomGraph(random), ratio))
                 QFAIL(qPrintable(describe(single, number)));
         }
     }
@@ -139,13 +153,7 @@ private Q_SLOTS:
         for (int number = 0; number < 100; ++number) {
             shuffle(plot, random);
             const QRect graph(50, 10, whole(random, 1, 300), whole(random, 1, 200));
-            plot.m_graphRect = graph;
-            const VectorState curves = plot.curveState();
-            const QImage expected = curveImage(graph, 1.0, QPainter::Antialiasing,
-                [&](QPainter& painter) { tarnis::testing::paintVector(curves, painter, graph); });
-            const QImage picture = curveImage(
-                graph, 1.0, QPainter::Antialiasing, [&](QPainter& painter) { plot.onPaint(painter, graph); });
-            if (picture != expected)
+            if (!areCurvesTheSame(plot, graph, 1.0, QPainter::Antialiasing))
                 QFAIL(qPrintable(describe(plot, number)));
         }
     }
@@ -179,14 +187,7 @@ private Q_SLOTS:
             plot.setMinMaxY(0.0, 100.0);
             plot.m_refreshRequired = true;
             MultiState curves = plot.curveState();
-            FrameState frame = plot.frameState();
-            const QPixmap expected =
-                tarnis::testing::framePicture(frame, plot, [&](QPainter& painter, const QRect& graph) {
-                    curves.graphRect = graph;
-                    tarnis::testing::paintMulti(curves, painter, graph);
-                });
-            plot.refreshPixmapIfRequired();
-            if (plot.m_pixmap.toImage() != expected.toImage())
+            if (!isDrawnAs(plot.frameState(), curves, plot))
                 QFAIL(qPrintable(describe(plot, number)));
         }
     }
