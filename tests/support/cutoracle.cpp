@@ -78,6 +78,17 @@ QString number(double value)
     return QStringLiteral("%1").arg(value, 0, 'g', -1, QLatin1Char(' '));
 }
 
+/// Adds the sum of one bin to the totals of an active cut, and returns the value that is shown for the bin.
+double count(CutResult& result, const CutState& cut, double sum, bool inside)
+{
+    result.total += sum;
+    if (sum > result.peak)
+        result.peak = sum;
+    if (inside)
+        result.inside += sum;
+    return inside || !cut.insideOnly ? sum : 0.0;
+}
+
 } // namespace
 
 CutResult oracleCutX(const MapState& map, const CutState& cut, const QString& nameY)
@@ -93,14 +104,7 @@ CutResult oracleCutX(const MapState& map, const CutState& cut, const QString& na
                 if (map.data[r].size() > c)
                     sum += map.data[r][c];
             }
-            result.total += sum;
-            if (sum > result.peak)
-                result.peak = sum;
-            const bool inside = c >= l.cx0 && c < l.cx1;
-            if (inside)
-                result.inside += sum;
-            if (inside || !cut.insideOnly)
-                shown = sum;
+            shown = count(result, cut, sum, c >= l.cx0 && c < l.cx1);
         }
         result.values.append(shown);
     }
@@ -122,14 +126,7 @@ CutResult oracleCutY(const MapState& map, const CutState& cut, const QString& na
             double sum = 0.0;
             for (int c = l.cx0; c < l.cx1 && c < map.data[r].size(); c++)
                 sum += map.data[r][c];
-            result.total += sum;
-            if (sum > result.peak)
-                result.peak = sum;
-            const bool inside = r >= l.cy0 && r < l.cy1;
-            if (inside)
-                result.inside += sum;
-            if (inside || !cut.insideOnly)
-                shown = sum;
+            shown = count(result, cut, sum, r >= l.cy0 && r < l.cy1);
         }
         result.values.append(shown);
     }
