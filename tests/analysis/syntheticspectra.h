@@ -42,11 +42,16 @@ inline std::vector<double> countsOf(const Truth& truth, int bins, Generator& gen
     return counts;
 }
 
-inline FitResult fitOf(const std::vector<double>& counts, const FitModel& model = {}, const FitOptions& options = {})
+inline BinnedData viewOf(const std::vector<double>& counts)
 {
     BinnedData data;
     data.contents = counts;
-    return fitSpectrum(data, 0, static_cast<std::ptrdiff_t>(counts.size()) - 1, model, options);
+    return data;
+}
+
+inline FitResult fitOf(const std::vector<double>& counts, const FitModel& model = {}, const FitOptions& options = {})
+{
+    return fitSpectrum(viewOf(counts), 0, static_cast<std::ptrdiff_t>(counts.size()) - 1, model, options);
 }
 
 } // namespace tarnis::testing

@@ -1,4 +1,5 @@
 // Fits that end on bounds, and fits that need many steps of scoring.
+#include "analysis/syntheticspectra.h"
 #include "tarnis/analysis/fitsolver_p.h"
 #include "tarnis/analysis/spectrumfit.h"
 
@@ -11,16 +12,11 @@
 
 using namespace tarnis;
 using namespace tarnis::analysis;
+using namespace tarnis::testing;
 
 namespace {
 
 constexpr int bins = 40;
-using Generator = std::mt19937_64;
-
-double uniform(Generator& random, double low, double high)
-{
-    return std::uniform_real_distribution<double>(low, high)(random);
-}
 
 std::vector<double> countsAround(double level, Generator& random)
 {
@@ -28,13 +24,6 @@ std::vector<double> countsAround(double level, Generator& random)
     for (int i = 0; i < bins; ++i)
         counts.push_back(static_cast<double>(std::poisson_distribution<int>(level)(random)));
     return counts;
-}
-
-BinnedData viewOf(const std::vector<double>& counts)
-{
-    BinnedData data;
-    data.contents = counts;
-    return data;
 }
 
 /// Area, centre and sigma of a Gaussian on a line, each a variable with narrow random bounds.

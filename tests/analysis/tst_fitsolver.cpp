@@ -1,4 +1,5 @@
 // The arithmetic below the fits: deviances to rounding, and what the solver keeps of its last points.
+#include "analysis/syntheticspectra.h"
 #include "tarnis/analysis/fitsolver_p.h"
 #include "tarnis/analysis/special_p.h"
 #include "tarnis/analysis/spectrumfit.h"
@@ -14,6 +15,7 @@
 
 using namespace tarnis;
 using namespace tarnis::analysis;
+using namespace tarnis::testing;
 
 namespace {
 
@@ -30,13 +32,6 @@ std::vector<double> peakOnALine()
         counts.push_back(static_cast<double>(std::poisson_distribution<int>(mean)(random)));
     }
     return counts;
-}
-
-BinnedData viewOf(const std::vector<double>& counts)
-{
-    BinnedData data;
-    data.contents = counts;
-    return data;
 }
 
 /// Each parameter is a variable.

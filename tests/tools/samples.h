@@ -1,6 +1,7 @@
 // Curves for tests of tools.
 #pragma once
 
+#include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 
 namespace tarnis::testing {
@@ -12,6 +13,16 @@ inline void fill(VectorGraphWidget& plot, const QList<double>& samples)
     plot.initManualX(0, 100);
     plot.setData(samples);
     plot.setMaxValue(9);
+}
+
+/// Curves of two channels, a group for each: 1 and 10, 2 and 11, and so on.
+inline void fillGroups(MultiVectorGraphWidget& plot, int count)
+{
+    plot.init("Channel", "Counts", 0, 0, true, true);
+    plot.m_groupSize = 1;
+    for (int i = 0; i < count; ++i)
+        plot.setData(i, { 1.0 + i, 10.0 + i }, 9 + count);
+    plot.resizeData(count);
 }
 
 } // namespace tarnis::testing

@@ -58,6 +58,14 @@ bool calibrate(CalibrationPanel& panel)
     return !calibrated.isEmpty() || calibrated.wait(60000);
 }
 
+int firstUsedRow(const QAbstractItemModel& model)
+{
+    int row = 0;
+    while (row < model.rowCount() && model.index(row, 0).data(Qt::CheckStateRole).toInt() != Qt::Checked)
+        ++row;
+    return row;
+}
+
 } // namespace
 
 class TestCalibrationPanel : public QObject {
@@ -128,9 +136,7 @@ private Q_SLOTS:
         QVERIFY(calibrate(panel));
         QAbstractItemModel& model = *panel.findChild<QTableView*>()->model();
         const std::size_t before = panel.calibration().points.size();
-        int used = 0;
-        while (used < model.rowCount() && model.index(used, 0).data(Qt::CheckStateRole).toInt() != Qt::Checked)
-            ++used;
+        const int used = firstUsedRow(model);
         QVERIFY(model.setData(model.index(used, 0), Qt::Unchecked, Qt::CheckStateRole));
         QCOMPARE(panel.calibration().points.size(), before - 1);
         const double energy = panel.calibration().energyAt(1000.0);
@@ -152,9 +158,7 @@ private Q_SLOTS:
         panel.setSource(QStringLiteral("eu152"));
         QVERIFY(calibrate(panel));
         QAbstractItemModel& model = *panel.findChild<QTableView*>()->model();
-        int used = 0;
-        while (used < model.rowCount() && model.index(used, 0).data(Qt::CheckStateRole).toInt() != Qt::Checked)
-            ++used;
+        const int used = firstUsedRow(model);
         const QString shown = model.index(used, 2).data().toString();
         QVERIFY(model.setData(model.index(used, 2), model.index(used, 2).data(Qt::EditRole)));
         QCOMPARE(model.index(used, 2).data().toString(), shown);

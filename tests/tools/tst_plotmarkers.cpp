@@ -237,11 +237,7 @@ private Q_SLOTS:
     void tableHasEveryVisibleCurve()
     {
         MultiVectorGraphWidget plot;
-        plot.init("Channel", "Counts", 0, 0, true, true);
-        plot.m_groupSize = 1;
-        for (int i = 0; i < 3; ++i)
-            plot.setData(i, { 1.0 + i, 10.0 + i }, 12);
-        plot.resizeData(3);
+        fillGroups(plot, 3);
         plot.setEnable(1, false);
         PlotMarkers markers(&plot);
         showActive(plot);

@@ -82,11 +82,7 @@ private Q_SLOTS:
     void sumsEveryVisibleCurve()
     {
         MultiVectorGraphWidget plot;
-        plot.init("Channel", "Counts", 0, 0, true, true);
-        plot.m_groupSize = 1;
-        for (int i = 0; i < 3; ++i)
-            plot.setData(i, { 1.0 + i, 10.0 + i }, 12);
-        plot.resizeData(3);
+        fillGroups(plot, 3);
         plot.setEnable(1, false);
         PlotRuler ruler(&plot);
         showActive(plot);
@@ -109,11 +105,7 @@ private Q_SLOTS:
     void keepsTheTextBesideTheLegend()
     {
         MultiVectorGraphWidget plot;
-        plot.init("Channel", "Counts", 0, 0, true, true);
-        plot.m_groupSize = 1;
-        for (int i = 0; i < 4; ++i)
-            plot.setData(i, { 1.0 + i, 10.0 + i }, 13);
-        plot.resizeData(4);
+        fillGroups(plot, 4);
         PlotRuler ruler(&plot);
         PlotLegend legend(&plot);
         PlotNavigator navigator(&plot);
