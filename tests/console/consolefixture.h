@@ -14,6 +14,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QDialogButtonBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -52,6 +53,13 @@ inline void answer(const QWidget& window, const char* box, QMessageBox::Standard
 inline void acceptChoice(const QWidget& chooser)
 {
     press(*chooser.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Ok));
+}
+
+/// The key that opens a control or menu with this text, together with Alt; null without one.
+inline QChar mnemonicOf(const QString& text)
+{
+    const QKeySequence keys = QKeySequence::mnemonic(text);
+    return keys.isEmpty() ? QChar() : QChar(char16_t(keys[0].key()));
 }
 
 /// A main window with its own settings.

@@ -28,6 +28,11 @@ struct ControllerFixture {
             [this](const console::Alert& alert) { alerts.append(alert); });
     }
     void start(const console::ServerChoice& choice) { controller.start(choice, "> "); }
+    bool startsUp(const console::ServerChoice& choice)
+    {
+        start(choice);
+        return reaches(console::ServerState::Up);
+    }
     bool reaches(console::ServerState state)
     {
         return eventually([&] { return controller.state() == state; });
@@ -37,6 +42,9 @@ struct ControllerFixture {
         return eventually(
             [&] { return !alerts.isEmpty() && alerts.last().text.contains(text) && alerts.last().action == action; });
     }
+    /// Sends the command "a" on the session "control".
+    void send() { controller.tarnis().SendCmd("control", "n", "a", false); }
+    qint64 processId() { return controller.tarnis().process()->processId(); }
     QString lastText() const { return alerts.isEmpty() ? QString() : alerts.last().text; }
 };
 

@@ -43,6 +43,7 @@ public:
         press(button);
         return eventually([this] { return window->settingsPanel().canSend(); });
     }
+    bool isNotConnected() { return settingsState().startsWith(QStringLiteral("Not connected")); }
     bool sends(const QString& name, const QString& value) { return edit(name, value) && pressed("sendSettingsButton"); }
 
 private:

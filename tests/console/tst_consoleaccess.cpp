@@ -129,17 +129,11 @@ QString placeOf(const QWidget& widget)
         .arg(widget.window()->windowTitle(), widget.objectName(), QLatin1String(widget.metaObject()->className()));
 }
 
-QChar keyOf(const QString& text)
-{
-    const QKeySequence keys = QKeySequence::mnemonic(text);
-    return keys.isEmpty() ? QChar() : QChar(char16_t(keys[0].key()));
-}
-
 QMultiMap<QChar, QString> keysOf(const QStringList& texts)
 {
     QMultiMap<QChar, QString> keys;
     for (const QString& text : texts) {
-        if (const QChar key = keyOf(text); !key.isNull())
+        if (const QChar key = mnemonicOf(text); !key.isNull())
             keys.insert(key, text);
     }
     return keys;
@@ -183,7 +177,7 @@ QList<QKeySequence> shortcutsOf(const QWidget& window)
     for (const QShortcut* shortcut : window.findChildren<QShortcut*>())
         keys.append(shortcut->key());
     for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
-        if (!button->shortcut().isEmpty() && keyOf(button->text()).isNull())
+        if (!button->shortcut().isEmpty() && mnemonicOf(button->text()).isNull())
             keys.append(button->shortcut());
     }
     return keys;
@@ -345,10 +339,10 @@ private Q_SLOTS:
         QVERIFY(full.isInLanguage(language));
         for (const QAction* title : full.fixture.window->findChild<QMenuBar*>()->actions()) {
             const QMenu* const menu = title->menu();
-            QVERIFY2(!keyOf(menu->title()).isNull(), qPrintable(menu->title()));
+            QVERIFY2(!mnemonicOf(menu->title()).isNull(), qPrintable(menu->title()));
             for (const QAction* action : menu->actions()) {
                 if (!action->isSeparator())
-                    QVERIFY2(!keyOf(action->text()).isNull(), qPrintable(action->text()));
+                    QVERIFY2(!mnemonicOf(action->text()).isNull(), qPrintable(action->text()));
             }
         }
     }

@@ -53,12 +53,6 @@ QString accessibleName(QWidget* widget)
     return interface ? interface->text(QAccessible::Name) : QString();
 }
 
-QChar mnemonicOf(const QString& text)
-{
-    const QKeySequence keys = QKeySequence::mnemonic(text);
-    return keys.isEmpty() ? QChar() : QChar(char16_t(keys[0].key()));
-}
-
 /// Alt keys of all visible controls, with their owners.
 QMultiMap<QChar, QString> mnemonicsOf(const QWidget& window)
 {

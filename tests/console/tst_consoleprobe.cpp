@@ -110,8 +110,7 @@ private Q_SLOTS:
         server.answer("a", { Step::text("first") });
         server.answer("b", { Step::doubles({ 1.0 }, "second") });
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy replied(&link, &CommandChannel::replied);
         auto* binary = new TarnisCmd(QStringLiteral("b"));
@@ -130,8 +129,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answerInTurn("a", { { Step::raw("half"), Step::drop() }, { Step::text("whole") } });
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy failed(&link, &CommandChannel::failed);
         QSignalSpy replied(&link, &CommandChannel::replied);
@@ -152,8 +150,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("hist1d x", { Step::text("NG:unknown histogram\n") });
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy replied(&channel, &CommandChannel::replied);
         auto* binary = new TarnisCmd(QStringLiteral("hist1d x"));
@@ -169,8 +166,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         CommandChannel channel(control.controller, QStringLiteral("test"), nullptr);
         server.setScript(server.connectionCount(),
             { Step::raw("> "), Step::expectLine("a"), Step::raw("first> "), Step::hold("gate"), Step::drop() });
@@ -193,8 +189,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("a", { Step::hold("gate"), Step::text("late") });
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         CommandChannel link(control.controller, QStringLiteral("test"), nullptr);
         QSignalSpy replied(&link, &CommandChannel::replied);
         link.send(new TarnisCmd(QStringLiteral("a")));

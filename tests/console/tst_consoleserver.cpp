@@ -38,8 +38,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
         QVERIFY(!control.controller.hasProcess());
         control.controller.stop();
@@ -52,8 +51,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("stat", { Step::text("OK:\nstate: RUNNING\n") });
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         TRY_COMPARE(control.controller.status(), Tarnis::RUNNING);
         control.controller.readReply(QStringLiteral("stop"), "OK:\n");
         QCOMPARE(control.controller.status(), Tarnis::SERVER_CONNECTED);
@@ -114,8 +112,7 @@ private Q_SLOTS:
         ScriptedServer server;
         ControllerFixture control;
         control.controller.m_probeTimeoutMs = 200;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         server.setScript(server.connectionCount(), { Step::silence() });
         control.controller.checkServer();
         QVERIFY2(
@@ -135,8 +132,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         QSignalSpy answered(&control.controller, &ServerController::answered);
         server.setScript(server.connectionCount(), { Step::raw("NG:too many clients\n"), Step::drop() });
         control.controller.checkServer();
@@ -155,8 +151,7 @@ private Q_SLOTS:
         ControllerFixture control;
         control.controller.m_probeTimeoutMs = 200;
         control.controller.m_againMs = 1;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         const int first = server.connectionCount();
         server.setScript(first, { Step::silence() });
         server.setScript(first + 1, { Step::raw("NG:too many clients\n"), Step::drop() });
@@ -174,9 +169,8 @@ private Q_SLOTS:
         ScriptedServer server;
         server.answer("a", { Step::drop() });
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
-        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        QVERIFY(control.startsUp(remote(server.port())));
+        control.send();
         QVERIFY2(control.reports("broke: The remote host closed the connection.", AlertAction::ConnectAgain),
             qPrintable(control.lastText()));
         QCOMPARE(control.controller.tarnis().lastError(), QStringLiteral("The remote host closed the connection"));
@@ -190,8 +184,7 @@ private Q_SLOTS:
         control.start(remote(silent.port()));
         QVERIFY(silent.waitForConnections(1));
         QCOMPARE(control.controller.state(), ServerState::Starting);
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         QVERIFY(silent.waitUntilDeserted());
         QCOMPARE(control.controller.choice().port, server.port());
     }
@@ -201,8 +194,7 @@ private Q_SLOTS:
         auto server = std::make_unique<ScriptedServer>();
         const quint16 port = server->port();
         ControllerFixture control;
-        control.start(remote(port));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(port)));
         server.reset();
         control.controller.checkServer();
         QVERIFY(control.reaches(ServerState::Failed));
@@ -210,8 +202,7 @@ private Q_SLOTS:
         QCOMPARE(control.controller.status(), Tarnis::SERVER_ERROR);
 
         ScriptedServer next;
-        control.start(remote(next.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(next.port())));
         QVERIFY(control.lastText().isEmpty());
     }
 
@@ -219,8 +210,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         const int farewells = server.farewells();
         control.controller.checkServer();
         QVERIFY(server.waitForFarewells(farewells + 1));
@@ -232,9 +222,8 @@ private Q_SLOTS:
         ScriptedServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         ControllerFixture control;
-        control.start(local(program));
-        QVERIFY(control.reaches(ServerState::Up));
-        const qint64 processId = control.controller.tarnis().process()->processId();
+        QVERIFY(control.startsUp(local(program)));
+        const qint64 processId = control.processId();
         QVERIFY(control.controller.hasProcess());
         QCOMPARE(control.controller.tarnis().GetServerAddress(), QStringLiteral("localhost:%1").arg(server.port()));
         control.controller.stop();
@@ -248,13 +237,12 @@ private Q_SLOTS:
         ScriptedServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         ControllerFixture control;
-        control.start(local(program));
-        QVERIFY(control.reaches(ServerState::Up));
-        const qint64 processId = control.controller.tarnis().process()->processId();
+        QVERIFY(control.startsUp(local(program)));
+        const qint64 processId = control.processId();
         control.controller.restart();
         QVERIFY(control.reaches(ServerState::Stopping));
         QVERIFY(control.reaches(ServerState::Up));
-        QVERIFY(control.controller.tarnis().process()->processId() != processId);
+        QVERIFY(control.processId() != processId);
         TRY_VERIFY(!isRunning(processId));
     }
 
@@ -313,7 +301,7 @@ private Q_SLOTS:
         control.start(local(program));
         QVERIFY2(control.reports("port", AlertAction::Stop), qPrintable(control.lastText()));
         QCOMPARE(control.controller.state(), ServerState::Starting);
-        const qint64 processId = control.controller.tarnis().process()->processId();
+        const qint64 processId = control.processId();
         control.controller.stop();
         QVERIFY(control.reaches(ServerState::Off));
         TRY_VERIFY(!isRunning(processId));
@@ -324,9 +312,8 @@ private Q_SLOTS:
         ScriptedServer server;
         const FakeServer program(FakeServer::deaf(server.port()));
         ControllerFixture control;
-        control.start(local(program));
-        QVERIFY(control.reaches(ServerState::Up));
-        const qint64 processId = control.controller.tarnis().process()->processId();
+        QVERIFY(control.startsUp(local(program)));
+        const qint64 processId = control.processId();
         control.controller.stop();
         QVERIFY2(control.reports("has not ended yet", AlertAction::EndByForce), qPrintable(control.lastText()));
         QVERIFY(isRunning(processId));
@@ -341,9 +328,8 @@ private Q_SLOTS:
         ScriptedServer server;
         const FakeServer program(FakeServer::wellBehaved(server.port()));
         ControllerFixture control;
-        control.start(local(program));
-        QVERIFY(control.reaches(ServerState::Up));
-        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        QVERIFY(control.startsUp(local(program)));
+        control.send();
         QVERIFY(server.waitForRequest("a"));
         control.controller.endByForce();
         QVERIFY(control.reaches(ServerState::Failed));
@@ -351,7 +337,7 @@ private Q_SLOTS:
         control.controller.restart();
         QVERIFY(control.reaches(ServerState::Up));
         QSignalSpy replied(&control.controller.tarnis(), &Tarnis::onCmdReply);
-        control.controller.tarnis().SendCmd(QStringLiteral("control"), QStringLiteral("n"), QStringLiteral("a"), false);
+        control.send();
         TRY_COMPARE(replied.size(), 1);
     }
 
@@ -359,8 +345,7 @@ private Q_SLOTS:
     {
         ScriptedServer server;
         ControllerFixture control;
-        control.start(remote(server.port()));
-        QVERIFY(control.reaches(ServerState::Up));
+        QVERIFY(control.startsUp(remote(server.port())));
         control.controller.tarnis().SetStatus(Tarnis::HARDWARE_BUSY);
         control.controller.stop();
         QCOMPARE(control.controller.state(), ServerState::Up);
@@ -394,7 +379,7 @@ private Q_SLOTS:
             control.start(script.isEmpty() ? remote(server.port()) : local(program));
             if (state == ServerState::Stopping) {
                 QVERIFY(control.reaches(ServerState::Up));
-                processId = control.controller.tarnis().process()->processId();
+                processId = control.processId();
                 control.controller.stop();
             }
             QVERIFY(control.reaches(state));

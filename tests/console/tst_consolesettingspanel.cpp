@@ -272,11 +272,9 @@ private Q_SLOTS:
         server.reset();
         fixture.window->controller().checkServer();
         QVERIFY(fixture.reaches(ServerState::Failed));
-        QVERIFY2(
-            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
+        QVERIFY2(fixture.isNotConnected(), qPrintable(fixture.settingsState()));
         QVERIFY(fixture.edit("rate", "20"));
-        QVERIFY2(
-            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
+        QVERIFY2(fixture.isNotConnected(), qPrintable(fixture.settingsState()));
         QVERIFY(fixture.settingsState().contains(QStringLiteral("1 changed")));
     }
 
@@ -297,8 +295,7 @@ private Q_SLOTS:
         QVERIFY2(fixture.settingsState().startsWith(QStringLiteral("Reading")), qPrintable(fixture.settingsState()));
         fixture.choose("shutDownAction");
         QVERIFY(fixture.reaches(ServerState::Off));
-        QVERIFY2(
-            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
+        QVERIFY2(fixture.isNotConnected(), qPrintable(fixture.settingsState()));
     }
 
     void theNextServersRejectionReplacesThePreviousOne()
@@ -315,8 +312,7 @@ private Q_SLOTS:
         TRY_VERIFY(fixture.settingsState().contains(QStringLiteral("has restarted")));
         fixture.start({ ServerChoice::Kind::Remote, {}, ScriptedServer::host(), ScriptedServer::closedPort() });
         QVERIFY(fixture.reaches(ServerState::Failed));
-        QVERIFY2(
-            fixture.settingsState().startsWith(QStringLiteral("Not connected")), qPrintable(fixture.settingsState()));
+        QVERIFY2(fixture.isNotConnected(), qPrintable(fixture.settingsState()));
     }
 
     void theBasePathIsChosenFromTheServersFolders()

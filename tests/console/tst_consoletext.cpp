@@ -165,8 +165,7 @@ private Q_SLOTS:
         ConsoleFixture fixture(server);
         const TextWindowDriver text(fixture);
         text.openNotes();
-        text.edit().moveCursor(QTextCursor::End);
-        QTest::keyClicks(&text.edit(), "three");
+        text.append(QStringLiteral("three"));
         QVERIFY(text.window->isWindowModified());
         text.press("saveButton");
         QVERIFY(text.shows(QStringLiteral("Saved")));
@@ -384,8 +383,7 @@ private Q_SLOTS:
         QVERIFY(text.shows(QStringLiteral("it is not a text")));
         QCOMPARE(text.path(), "/data/notes.txt");
         QCOMPARE(text.edit().toPlainText(), "one\ntwo\n");
-        text.edit().moveCursor(QTextCursor::End);
-        QTest::keyClicks(&text.edit(), "x");
+        text.append(QStringLiteral("x"));
         text.press("saveButton");
         QVERIFY(text.shows(QStringLiteral("NG:cannot write")));
         QVERIFY(text.window->isWindowModified());
@@ -398,8 +396,7 @@ private Q_SLOTS:
         ConsoleFixture fixture(server);
         const TextWindowDriver text(fixture);
         text.openNotes();
-        text.edit().moveCursor(QTextCursor::End);
-        QTest::keyClicks(&text.edit(), "x");
+        text.append(QStringLiteral("x"));
         text.press("saveButton");
         QVERIFY(text.shows(QStringLiteral("No reply")));
         server.answer("txfile \"/data/notes.txt\"\none\ntwo\nx", { Step::text("OK:\n") });
@@ -415,8 +412,7 @@ private Q_SLOTS:
         ConsoleFixture fixture(server);
         const TextWindowDriver text(fixture);
         text.openNotes();
-        text.edit().moveCursor(QTextCursor::End);
-        QTest::keyClicks(&text.edit(), "x");
+        text.append(QStringLiteral("x"));
         QTest::keyClick(text.window, Qt::Key_Escape);
         QVERIFY(text.question());
         text.answer(QMessageBox::Cancel);
