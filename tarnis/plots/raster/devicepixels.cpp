@@ -140,34 +140,28 @@ void DevicePixels::fillOnDevice(QPainter& painter, const QRect& device, const QC
 
 void DevicePixels::drawColumn(QPainter& painter, int x, int top, int bottom, const QColor& colour) const
 {
-    const QPoint from = rounded(m_transform.map(QPointF(x, top)));
-    const QPoint to = rounded(m_transform.map(QPointF(x + 1, bottom + 1)));
-    QRect line = onDevice(QRect(QPoint(x, top), QPoint(x, bottom)));
-    int first = 0;
-    int size = 0;
-    if (m_transform.m12() == 0.0) {
-        setThickness(from.x(), to.x(), m_thickness, first, size);
-        line = QRect(first, line.top(), size, line.height());
-    } else {
-        setThickness(from.y(), to.y(), m_thickness, first, size);
-        line = QRect(line.left(), first, line.width(), size);
-    }
-    fillOnDevice(painter, line, colour);
+    drawLine(painter, QRect(QPoint(x, top), QPoint(x, bottom)), Qt::Vertical, colour);
 }
 
 void DevicePixels::drawRow(QPainter& painter, int y, int left, int right, const QColor& colour) const
 {
-    const QPoint from = rounded(m_transform.map(QPointF(left, y)));
-    const QPoint to = rounded(m_transform.map(QPointF(right + 1, y + 1)));
-    QRect line = onDevice(QRect(QPoint(left, y), QPoint(right, y)));
+    drawLine(painter, QRect(QPoint(left, y), QPoint(right, y)), Qt::Horizontal, colour);
+}
+
+void DevicePixels::drawLine(QPainter& painter, const QRect& pixels, Qt::Orientation along, const QColor& colour) const
+{
+    const QPoint from = rounded(m_transform.map(QPointF(pixels.topLeft())));
+    const QPoint to = rounded(m_transform.map(QPointF(pixels.bottomRight() + QPoint(1, 1))));
+    const bool isTurned = m_transform.m12() != 0.0;
+    QRect line = onDevice(pixels);
     int first = 0;
     int size = 0;
-    if (m_transform.m12() == 0.0) {
-        setThickness(from.y(), to.y(), m_thickness, first, size);
-        line = QRect(line.left(), first, line.width(), size);
-    } else {
+    if ((along == Qt::Vertical) != isTurned) { // upright on the device
         setThickness(from.x(), to.x(), m_thickness, first, size);
         line = QRect(first, line.top(), size, line.height());
+    } else {
+        setThickness(from.y(), to.y(), m_thickness, first, size);
+        line = QRect(line.left(), first, line.width(), size);
     }
     fillOnDevice(painter, line, colour);
 }

@@ -46,6 +46,7 @@ private:
     explicit DevicePixels(const QTransform& transform);
     int thicknessOf(double width) const;
     QRect onDevice(const QRect& pixels) const;
+    void drawLine(QPainter& painter, const QRect& pixels, Qt::Orientation along, const QColor& colour) const;
     void fillOnDevice(QPainter& painter, const QRect& device, const QColor& colour) const;
 
     QTransform m_transform; ///< from painter to device
