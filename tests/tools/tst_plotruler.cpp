@@ -155,7 +155,7 @@ private Q_SLOTS:
         for (int i = 1; i < 8; ++i)
             plot.setEnable(i, false);
         plot.refreshPixmap();
-        QTRY_VERIFY_WITH_TIMEOUT(ruler.textBox().height() < 2 * metrics.lineSpacing(), 5000);
+        TRY_VERIFY(ruler.textBox().height() < 2 * metrics.lineSpacing());
     }
 
     void sumsTheRectangleOfAMap()
