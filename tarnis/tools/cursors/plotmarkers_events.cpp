@@ -3,13 +3,13 @@
 
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/cornerboxes_p.h"
 #include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
-#include "tarnis/tools/curves/plotlegend_p.h"
 
 #include <QJsonArray>
 #include <QKeyEvent>

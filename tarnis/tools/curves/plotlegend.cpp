@@ -108,16 +108,6 @@ QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot)
     return entries;
 }
 
-QList<QRect> cornerBoxes(const XYGraphWidget& plot)
-{
-    QList<QRect> boxes;
-    for (const InteractiveTool* const tool : InteractiveTool::toolsOf(plot)) {
-        if (qobject_cast<const PlotLegend*>(tool) != nullptr || qobject_cast<const PlotNavigator*>(tool) != nullptr)
-            boxes += tool->overlayBoxes();
-    }
-    return boxes;
-}
-
 PlotLegend::PlotLegend(XYGraphWidget* plot)
     : InteractiveTool(plot, KeyboardFocus | MouseMoves)
     , PlotOverlay(plot, legendZOrder)

@@ -37,8 +37,4 @@ struct TARNIS_NO_EXPORT PlotLegend::Layout {
 /// The entries of a plot's curves that have samples.
 QList<LegendEntry> legendEntries(const MultiVectorGraphWidget& plot);
 
-/// The boxes of a plot's legend and of its held axes, which are above other texts. Their tools repaint all overlays
-/// when they move.
-QList<QRect> cornerBoxes(const XYGraphWidget& plot);
-
 } // namespace tarnis

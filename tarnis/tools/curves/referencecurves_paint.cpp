@@ -4,13 +4,13 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
+#include "tarnis/tools/base/cornerboxes_p.h"
 #include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/curves/envelope_p.h"
-#include "tarnis/tools/curves/plotlegend_p.h"
 #include "tarnis/tools/curves/referencecurves_p.h"
 
 #include <QActionGroup>
