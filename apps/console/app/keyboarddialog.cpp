@@ -22,6 +22,12 @@ QString named(std::initializer_list<QKeySequence> keys)
     return names.join(QLatin1String(", "));
 }
 
+/// The name of a modifier that is held, with the plus sign behind it.
+QString held(Qt::Modifier modifier)
+{
+    return QKeySequence(QKeyCombination::fromCombined(modifier)).toString(QKeySequence::NativeText);
+}
+
 } // namespace
 
 KeyboardDialog::KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent)
@@ -120,8 +126,8 @@ void KeyboardDialog::addGestures()
 {
     addRow(
         tr("Wheel"), tr("In a plot: zoom at the pointer; over an axis along it, over the colours their upper limit"));
-    addRow(tr("Shift+Wheel"), tr("In a plot: zoom along Y; over the colours their lower limit"));
-    addRow(tr("Ctrl+Wheel"), tr("In a plot: zoom along both axes"));
+    addRow(held(Qt::SHIFT) + tr("Wheel"), tr("In a plot: zoom along Y; over the colours their lower limit"));
+    addRow(held(Qt::CTRL) + tr("Wheel"), tr("In a plot: zoom along both axes"));
     addRow(tr("Middle drag"), tr("In a plot: move; begun on an axis along it"));
     addRow(tr("Double click"), tr("In a plot: follow the data again; on an axis along it"));
     addRow(tr("Side buttons"), tr("In a plot: to the previous view, back and forward"));

@@ -549,13 +549,6 @@
     </message>
 </context>
 <context>
-    <name>PlotTools</name>
-    <message>
-        <source>Copy Picture</source>
-        <translation>Bild kopieren</translation>
-    </message>
-</context>
-<context>
     <name>PlotPanels</name>
     <message>
         <source>Analysis</source>
@@ -580,6 +573,13 @@
     <message>
         <source>Energy Calibration...</source>
         <translation>Energiekalibrierung...</translation>
+    </message>
+</context>
+<context>
+    <name>PlotTools</name>
+    <message>
+        <source>Copy Picture</source>
+        <translation>Bild kopieren</translation>
     </message>
 </context>
 <context>
@@ -1813,16 +1813,8 @@
         <translation>In einem Diagramm: am Zeiger vergrößern; über einer Achse längs dieser, über den Farben deren obere Grenze</translation>
     </message>
     <message>
-        <source>Shift+Wheel</source>
-        <translation>Umschalt+Rad</translation>
-    </message>
-    <message>
         <source>In a plot: zoom along Y; over the colours their lower limit</source>
         <translation>In einem Diagramm: längs Y vergrößern; über den Farben deren untere Grenze</translation>
-    </message>
-    <message>
-        <source>Ctrl+Wheel</source>
-        <translation>Strg+Rad</translation>
     </message>
     <message>
         <source>In a plot: zoom along both axes</source>
