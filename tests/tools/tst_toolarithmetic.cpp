@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -352,6 +353,27 @@ private Q_SLOTS:
         constexpr double odd = 9007199254740991.0; // 2^53 - 1: one more cannot be added exactly
         const ShownCurve curve { {}, {}, { { 1, 2, 3, 4, 5, odd, 3, odd, odd, odd } } };
         QCOMPARE(meansOf(runsOf(10, 5), curve), (QList<double> { 3, (((odd + 3) + odd) + odd + odd) / 5 }));
+    }
+
+    /// Blocks know only exact sums: of a run across blocks, inside of one, and none where one is not exact.
+    void blocksKnowTheSumsOfCounts()
+    {
+        QList<double> samples(100);
+        std::iota(samples.begin(), samples.end(), 0.0);
+        QCOMPARE(SampleBlocks(samples).sumOfCounts(3, 98), std::optional(4750.0));
+        QCOMPARE(SampleBlocks(samples).sumOfCounts(17, 30), std::optional(299.0));
+        QCOMPARE(SampleBlocks(samples).sumOfCounts(0, 100), std::optional(4950.0));
+        for (const double other : { 0.5, -1.0, std::nan(""), std::numeric_limits<double>::infinity() }) {
+            QList<double> mixed = samples;
+            mixed[40] = other;
+            const SampleBlocks blocks(mixed);
+            QCOMPARE(blocks.sumOfCounts(3, 98), std::nullopt);
+            QCOMPARE(blocks.sumOfCounts(48, 98), std::optional(3625.0));
+            QCOMPARE(blocks.sumOfCounts(3, 32), std::optional(493.0));
+        }
+        samples[40] = 9007199254740991.0;
+        QCOMPARE(SampleBlocks(samples).sumOfCounts(35, 45), std::nullopt);
+        QCOMPARE(SampleBlocks(samples).sumOfCounts(64, 98), std::nullopt);
     }
 
     void blocksAreBuiltForRepeatedUse()

@@ -1,6 +1,7 @@
 #include "tarnis/plots/math/sampleblocks_p.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace tarnis {
 
@@ -25,6 +26,7 @@ SampleBlocks::SampleBlocks(const QList<double>& samples)
     : m_samples(samples)
     , m_notFinite { 0 }
     , m_notCounts { 0 }
+    , m_counts { 0.0 }
 {
     const qsizetype blocks = samples.size() / blockSize;
     m_low.reserve(static_cast<std::size_t>(blocks));
@@ -35,7 +37,10 @@ SampleBlocks::SampleBlocks(const QList<double>& samples)
         m_low.push_back(found.finite ? found.low : 0.0);
         m_high.push_back(found.finite ? found.high : 0.0);
         m_notFinite.push_back(m_notFinite.back() + (found.finite ? 0 : 1));
-        m_notCounts.push_back(m_notCounts.back() + (tarnis::areWholeCounts(block, blockSize) ? 0 : 1));
+        const bool areCounts = tarnis::areWholeCounts(block, blockSize);
+        m_notCounts.push_back(m_notCounts.back() + (areCounts ? 0 : 1));
+        m_counts.push_back(
+            areCounts && found.finite ? std::accumulate(block, block + blockSize, m_counts.back()) : m_counts.back());
     }
 }
 
@@ -76,6 +81,28 @@ bool SampleBlocks::areWholeCounts(qsizetype begin, qsizetype end) const
     return m_notCounts[static_cast<std::size_t>(run.end)] == m_notCounts[static_cast<std::size_t>(run.first)]
         && tarnis::areWholeCounts(samples + begin, run.from() - begin)
         && tarnis::areWholeCounts(samples + run.to(), end - run.to());
+}
+
+std::optional<double> SampleBlocks::sumOfCounts(qsizetype begin, qsizetype end) const
+{
+    constexpr double exact = 9007199254740992.0; // 2^53
+    if (m_counts.back() >= exact || !areWholeCounts(begin, end))
+        return std::nullopt;
+    const double* const samples = m_samples.constData();
+    const Run run = runOf(begin, end);
+    const auto first = static_cast<std::size_t>(run.first);
+    const auto last = static_cast<std::size_t>(run.end);
+    double sum = 0.0;
+    if (first >= last) {
+        sum = std::accumulate(samples + begin, samples + end, sum);
+    } else if (m_notFinite[last] == m_notFinite[first]) {
+        sum = m_counts[last] - m_counts[first];
+        sum = std::accumulate(samples + begin, samples + run.from(), sum);
+        sum = std::accumulate(samples + run.to(), samples + end, sum);
+    } else {
+        return std::nullopt;
+    }
+    return sum < exact ? std::optional(sum) : std::nullopt;
 }
 
 const SampleBlocks* SampleBlockCache::of(const QList<double>& samples)

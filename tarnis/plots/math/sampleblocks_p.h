@@ -1,4 +1,4 @@
-// Extremes of samples by blocks, for what is computed from the same samples again and again while the view changes.
+// Extremes and sums of samples by blocks, for what is computed from the same samples again and again while the view changes.
 #pragma once
 
 #include "tarnis/plots/math/sampleextremes_p.h"
@@ -6,11 +6,12 @@
 #include <QList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tarnis {
 
-/// The extremes of each block of samples. Those of a long run of samples then need a few percent of the reading.
+/// The extremes and sums of each block of samples. Those of a long run of samples then need a few percent of the reading.
 class SampleBlocks {
 public:
     /// Looks at every sample once. Shares the samples.
@@ -20,6 +21,9 @@ public:
     SampleExtremes extremes(qsizetype begin, qsizetype end) const;
     /// As tarnis::areWholeCounts() for these samples.
     bool areWholeCounts(qsizetype begin, qsizetype end) const;
+    /// The sum of these samples, which is then exact; nothing if a sample is not a finite whole count, or if the curve has
+    /// more counts than can be added exactly.
+    std::optional<double> sumOfCounts(qsizetype begin, qsizetype end) const;
     /// Prefetches the samples around the end of a run: too sparse for the prefetcher of the hardware.
     void fetchEnds(qsizetype at, qsizetype count) const
     {
@@ -41,6 +45,7 @@ private:
     std::vector<double> m_high;
     std::vector<int> m_notFinite; // number of such blocks before a block
     std::vector<int> m_notCounts;
+    std::vector<double> m_counts; // in the blocks before a block; without those of the blocks that are not counts
 };
 
 /// The blocks of a plot's samples. Built for samples that are used repeatedly: for each new reply of a live window they

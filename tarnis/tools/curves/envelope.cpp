@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 namespace tarnis {
 
@@ -127,8 +128,12 @@ QList<EnvelopeColumn> envelopeOf(
 namespace {
 
 /// The sum of whole counts that stays exact: in any order, and so in several sums, which do not wait for each other.
-double sumOfCounts(const double* samples, qsizetype count)
+/// Nothing if it does not stay exact.
+std::optional<double> sumOfCounts(const double* samples, qsizetype count)
 {
+    constexpr double exact = 9007199254740992.0; // 2^53
+    if (!areWholeCounts(samples, count))
+        return std::nullopt;
     std::array<double, 4> sums {};
     qsizetype i = 0;
     for (; i + 4 <= count; i += 4) {
@@ -137,22 +142,22 @@ double sumOfCounts(const double* samples, qsizetype count)
     }
     for (; i < count; ++i)
         sums[0] += samples[i];
-    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    const double sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    return sum < exact ? std::optional(sum) : std::nullopt;
 }
 
 } // namespace
 
 QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve, const SampleBlocks* blocks)
 {
-    constexpr double exact = 9007199254740992.0; // 2^53
     QList<double> means;
     means.reserve(runs.size());
     forEachRun(runs, curve, [&](const ColumnRun& run, const double* samples, qsizetype count) {
-        if (RunSamples { samples, run.first, count, blocks }.areWholeCounts()) {
-            if (const double total = sumOfCounts(samples, count); total < exact) {
-                means.append(total / static_cast<double>(count));
-                return;
-            }
+        const std::optional<double> counts = blocks != nullptr ? blocks->sumOfCounts(run.first, run.first + count)
+                                                               : sumOfCounts(samples, count);
+        if (counts) {
+            means.append(*counts / static_cast<double>(count));
+            return;
         }
         double sum = 0.0;
         qsizetype numbers = 0;
