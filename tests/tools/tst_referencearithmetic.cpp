@@ -112,6 +112,21 @@ private Q_SLOTS:
         QCOMPARE(comparisonAxis(Comparison::Difference, values), (AxisRange { -1, 1 }));
     }
 
+    /// It grows at once and shrinks late; the least axis of a significance stays the least.
+    void shownAxisStays()
+    {
+        const AxisRange ten { -10, 10 };
+        QCOMPARE(comparisonAxis(Comparison::Difference, { 4.9 }, ten), ten);
+        QCOMPARE(comparisonAxis(Comparison::Difference, { 4.1 }, ten), ten);
+        QCOMPARE(comparisonAxis(Comparison::Difference, { 3.9 }, ten), (AxisRange { -5, 5 }));
+        QCOMPARE(comparisonAxis(Comparison::Difference, { 0.9 }, ten), (AxisRange { -1, 1 }));
+        QCOMPARE(comparisonAxis(Comparison::Difference, { 10.1 }, ten), (AxisRange { -20, 20 }));
+        QCOMPARE(comparisonAxis(Comparison::Ratio, { 0.55 }, AxisRange { 0, 2 }), (AxisRange { 0, 2 }));
+        QCOMPARE(comparisonAxis(Comparison::Ratio, { 0.85 }, AxisRange { 0, 2 }), (AxisRange { 0.8, 1.2 }));
+        QCOMPARE(comparisonAxis(Comparison::Significance, { 0.1 }, ten), (AxisRange { -5, 5 }));
+        QCOMPARE(comparisonAxis(Comparison::Significance, { 4.5 }, ten), ten);
+    }
+
     void axisOfNothingIsUsable()
     {
         for (const std::vector<double>& values :

@@ -1,4 +1,5 @@
-// Extremes and sums of samples by blocks, for what is computed from the same samples again and again while the view changes.
+// Extremes and sums of samples by blocks, for what is computed from the same samples again and again while the view
+// changes.
 #pragma once
 
 #include "tarnis/plots/math/sampleextremes_p.h"
@@ -11,7 +12,8 @@
 
 namespace tarnis {
 
-/// The extremes and sums of each block of samples. Those of a long run of samples then need a few percent of the reading.
+/// The extremes and sums of each block of samples. Those of a long run of samples then need a few percent of the
+/// reading.
 class SampleBlocks {
 public:
     /// Looks at every sample once. Shares the samples.
@@ -21,8 +23,8 @@ public:
     SampleExtremes extremes(qsizetype begin, qsizetype end) const;
     /// As tarnis::areWholeCounts() for these samples.
     bool areWholeCounts(qsizetype begin, qsizetype end) const;
-    /// The sum of these samples, which is then exact; nothing if a sample is not a finite whole count, or if the curve has
-    /// more counts than can be added exactly.
+    /// The sum of these samples, which is then exact; nothing if a sample is not a finite whole count, or if the curve
+    /// has more counts than can be added exactly.
     std::optional<double> sumOfCounts(qsizetype begin, qsizetype end) const;
     /// Prefetches the samples around the end of a run: too sparse for the prefetcher of the hardware.
     void fetchEnds(qsizetype at, qsizetype count) const

@@ -153,8 +153,8 @@ QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve, con
     QList<double> means;
     means.reserve(runs.size());
     forEachRun(runs, curve, [&](const ColumnRun& run, const double* samples, qsizetype count) {
-        const std::optional<double> counts = blocks != nullptr ? blocks->sumOfCounts(run.first, run.first + count)
-                                                               : sumOfCounts(samples, count);
+        const std::optional<double> counts =
+            blocks != nullptr ? blocks->sumOfCounts(run.first, run.first + count) : sumOfCounts(samples, count);
         if (counts) {
             means.append(*counts / static_cast<double>(count));
             return;

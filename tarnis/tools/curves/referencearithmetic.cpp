@@ -12,6 +12,8 @@ namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double shareInside = 0.95;
+constexpr double shareToShrink = 0.8; // of a smaller axis
+constexpr double smallestSignificance = 5.0;
 
 /// The smallest of 1, 2 and 5 times a power of ten that is not below the width.
 double roundedWidth(double width)
@@ -83,7 +85,7 @@ bool isContinuation(const QList<double>& live, const QList<double>& reference)
     return isAbove;
 }
 
-AxisRange comparisonAxis(Comparison comparison, std::vector<double> values)
+AxisRange comparisonAxis(Comparison comparison, std::vector<double> values, const std::optional<AxisRange>& shown)
 {
     const double middle = comparison == Comparison::Ratio ? 1.0 : 0.0;
     std::erase_if(values, [](double value) { return !std::isfinite(value); });
@@ -97,8 +99,13 @@ AxisRange comparisonAxis(Comparison comparison, std::vector<double> values)
     }
     if (!(width > 0.0) || !std::isfinite(width))
         width = 1.0;
-    const double half =
-        comparison == Comparison::Significance ? std::max(roundedWidth(width), 5.0) : roundedWidth(width);
+    const double least = comparison == Comparison::Significance ? smallestSignificance : 0.0;
+    double half = std::max(roundedWidth(width), least);
+    if (shown) {
+        const double shownHalf = shown->max - middle;
+        if (half < shownHalf && std::max(roundedWidth(width / shareToShrink), least) >= shownHalf)
+            half = shownHalf;
+    }
     return { comparison == Comparison::Ratio ? std::max(middle - half, 0.0) : middle - half, middle + half };
 }
 

@@ -152,6 +152,7 @@ void ReferenceCurves::dropPictures()
     m_cache->drop();
     m_stripCache->drop();
     m_pairs->all.clear();
+    m_pairs->axis.reset();
 }
 
 void ReferenceCurves::renew()

@@ -8,6 +8,8 @@
 
 #include <QRect>
 
+#include <optional>
+
 namespace tarnis {
 
 struct TARNIS_NO_EXPORT ReferenceCurves::Reference {
@@ -61,6 +63,7 @@ struct TARNIS_NO_EXPORT ReferenceCurves::Pairs {
     QList<ShownCurve> live;
     QList<Pair> all;
     QList<StripRows> rows; // of pairs that the strip shows
+    std::optional<AxisRange> axis; // of the strip so far
 };
 
 Comparison comparisonOf(ReferenceCurves::View view);

@@ -216,7 +216,8 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
         const std::vector<double> some = valuesInView(*plot(), pair.values, runs);
         values.insert(values.end(), some.begin(), some.end());
     }
-    const StripAxis axis { strip, comparisonAxis(comparisonOf(m_view), std::move(values)) };
+    const StripAxis axis { strip, comparisonAxis(comparisonOf(m_view), std::move(values), m_pairs->axis) };
+    m_pairs->axis = axis.range;
     const double same = m_view == View::Ratio ? 1.0 : 0.0;
     paintMarks(painter, axis, same);
     painter.save();
