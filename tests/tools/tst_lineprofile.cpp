@@ -5,6 +5,7 @@
 #include "support/randomcases.h"
 #include "support/support.h"
 #include "support/visibleplot.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -17,6 +18,7 @@
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 
 #include <cmath>
 #include <memory>
@@ -192,6 +194,31 @@ private Q_SLOTS:
         PlotMouse(map).drag(pixelOf(map, 9, 2.5), QPoint(map.width() + 500, pixelOf(map, 9, 2.5).y()));
         QVERIFY2(last - profile.to().x() <= 1.0, qPrintable(QString::number(profile.to().x())));
         QCOMPARE(profile.from(), QPointF(5, 2.5));
+    }
+
+    void itsWindowIsShownAfterTheMaps()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        profile.setOn(true); // by a stored view, before the map is shown
+        struct ShowWatch : QObject {
+            bool eventFilter(QObject* /*object*/, QEvent* event) override
+            {
+                if (event->type() == QEvent::Show)
+                    isMapShown = map->windowHandle() != nullptr && map->windowHandle()->isVisible();
+                return false;
+            }
+            const QWidget* map = nullptr;
+            bool isMapShown = false;
+        } watch;
+        watch.map = &map;
+        profile.profilePlot()->installEventFilter(&watch);
+        map.show();
+        TRY_VERIFY(profile.profilePlot()->isVisible());
+        QVERIFY(watch.isMapShown);
+        map.hide();
+        QVERIFY(!profile.profilePlot()->isVisible());
     }
 
     void theHandleWidensTheBand()

@@ -120,9 +120,18 @@ LineProfile::Grip LineProfile::gripAt(const PlotMapping& mapping, const QPointF&
 /// The window of the profile follows the map's.
 bool LineProfile::handleEvent(QEvent* event)
 {
-    if (m_plot != nullptr && m_plot->isWindow() && (event->type() == QEvent::Hide || event->type() == QEvent::Show))
-        m_plot->setVisible(m_isOn && event->type() == QEvent::Show);
+    if (m_plot != nullptr && m_plot->isWindow() && event->type() == QEvent::Hide)
+        m_plot->hide();
+    if (event->type() == QEvent::Show) // later: the desktop places a window that is shown after the map's beside it
+        QMetaObject::invokeMethod(
+            this, [this] { showWithMap(); }, Qt::QueuedConnection);
     return InteractiveTool::handleEvent(event);
+}
+
+void LineProfile::showWithMap()
+{
+    if (m_isOn && m_plot != nullptr && m_plot->isWindow() && plot() != nullptr && plot()->isVisible())
+        m_plot->show();
 }
 
 bool LineProfile::handlePress(const QMouseEvent& event)
