@@ -86,6 +86,7 @@ private Q_SLOTS:
     {
         MultiVectorGraphWidget plot;
         fillGroups(plot, 3);
+        plot.m_groupName = QStringLiteral("Detector");
         plot.setEnable(1, false);
         auto* const cross = new PlotCrosshair(&plot);
         showActive(plot);
@@ -94,9 +95,11 @@ private Q_SLOTS:
         setSeriesName(plot, 2, QStringLiteral("Ge"));
         moveTo(plot, 0.5, 5);
         QCOMPARE(cross->text(), QStringLiteral("Channel [0, 1) bin 0   0: 1 ± 1   Ge: 3 ± 1.73"));
+        QCOMPARE(cross->table(), QStringLiteral("bin\tChannel lo\tChannel hi\tDetector 0\tGe\n0\t0\t1\t1\t3\n"));
         moveTo(plot, 1.5, 5);
         plot.setAddType(MultiVectorGraphWidget::AddAll);
-        QCOMPARE(cross->table(), QStringLiteral("bin\tlo\thi\tvalue\n1\t1\t2\t22\n")); // of those that are shown
+        QCOMPARE(cross->table(),
+            QStringLiteral("bin\tChannel lo\tChannel hi\tvalue\n1\t1\t2\t22\n")); // of those that are shown
     }
 
     void keepsTheTitleVisible_data()
@@ -195,7 +198,7 @@ private Q_SLOTS:
         moveTo(plot, 75, 5);
         QVERIFY(cross->text().endsWith(QStringLiteral("bin 1   1 ± 1")));
         QTest::keyClick(&plot, Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("bin\tlo\thi\tvalue\n1\t10\t20\t1\n"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("bin\tTime lo\tTime hi\tvalue\n1\t10\t20\t1\n"));
         QTest::keyClick(&plot, Qt::Key_Escape);
         QVERIFY(!cross->isPinned());
         QTest::keyClick(&plot, Qt::Key_C);

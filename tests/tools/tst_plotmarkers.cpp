@@ -220,7 +220,7 @@ private Q_SLOTS:
         QTest::keyClick(&map, Qt::Key_Left);
         QTest::keyClick(&map, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->text(),
-            QStringLiteral("marker\tx\tbin\tlo\thi\ty\trow\trow lo\trow hi\tvalue\n"
+            QStringLiteral("marker\tX\tbin\tX lo\tX hi\tY\trow\tY lo\tY hi\tvalue\n"
                            "Cs 137\t1.5\t1\t1\t2\t1.5\t1\t1\t2\t6\n"));
         QTest::keyClick(&map, Qt::Key_Delete);
         QVERIFY(markers.markers().isEmpty());
@@ -244,7 +244,8 @@ private Q_SLOTS:
         markers.add({ 1.5, 0 });
         markers.add({ -3, 0 });
         QCOMPARE(markers.table(),
-            QStringLiteral("marker\tx\tbin\tlo\thi\tvalue 0\tvalue 2\nA\t1.5\t1\t1\t2\t10\t12\nB\t-3\t\t\t\t\t\n"));
+            QStringLiteral("marker\tChannel\tbin\tChannel lo\tChannel hi\tvalue 0\tvalue "
+                           "2\nA\t1.5\t1\t1\t2\t10\t12\nB\t-3\t\t\t\t\t\n"));
     }
 
     void staysWhenDataAndViewChange()

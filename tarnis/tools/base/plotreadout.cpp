@@ -1,5 +1,7 @@
 #include "tarnis/tools/base/plotreadout_p.h"
 
+#include "tarnis/plots/curvenames.h"
+#include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/base/plotcurves_p.h"
@@ -110,20 +112,40 @@ QString PlotReadOut::text() const
     return parts.join(QStringLiteral("   "));
 }
 
-QString PlotReadOut::table() const
+QStringList valueHeaders(const XYGraphWidget& plot)
+{
+    const auto* const series = qobject_cast<const MultiVectorGraphWidget*>(&plot);
+    const QStringList names = series != nullptr ? curveNames(*series) : QStringList();
+    QStringList headers;
+    const QList<ShownCurve> curves = shownCurves(plot);
+    for (const ShownCurve& curve : curves) {
+        const QString name = curve.name.isEmpty() ? QString() : names.value(curve.place, curve.name);
+        bool isNumber = false;
+        name.toInt(&isNumber); // of a plot without names and terms
+        headers << (name.isEmpty() || isNumber ? QStringLiteral("value %1").arg(name).trimmed() : name);
+    }
+    return headers.isEmpty() ? QStringList { QStringLiteral("value") } : headers;
+}
+
+QStringList binHeaders(const QString& axis, const QString& bin)
+{
+    const QString name = axis.isEmpty() ? bin : axis;
+    return { bin, name + QStringLiteral(" lo"), name + QStringLiteral(" hi") };
+}
+
+QString PlotReadOut::table(const QStringList& headers) const
 {
     if (!isInside())
         return {};
-    QStringList header { QStringLiteral("bin"), QStringLiteral("lo"), QStringLiteral("hi") };
+    QStringList header = binHeaders(nameX, QStringLiteral("bin"));
     QStringList numbers { QString::number(column), exactNumber(edgesX.min), exactNumber(edgesX.max) };
     if (isMap) {
-        header << QStringLiteral("row") << QStringLiteral("row lo") << QStringLiteral("row hi");
+        header += binHeaders(nameY, QStringLiteral("row"));
         numbers << QString::number(row) << exactNumber(edgesY.min) << exactNumber(edgesY.max);
     }
-    for (const ReadOutValue& value : values) {
-        header << (value.name.isEmpty() ? QStringLiteral("value") : QStringLiteral("value %1").arg(value.name));
+    header += headers;
+    for (const ReadOutValue& value : values)
         numbers << (value.value ? exactNumber(*value.value) : QString());
-    }
     return header.join(u'\t') + u'\n' + numbers.join(u'\t') + u'\n';
 }
 

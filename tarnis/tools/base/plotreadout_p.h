@@ -38,12 +38,19 @@ struct PlotReadOut {
     bool isInside() const { return column >= 0 && (!isMap || row >= 0); }
     /// One line for display; a dash outside of the data.
     QString text() const;
-    /// A header line and a line of numbers, separated by tabs; empty outside of the data.
-    QString table() const;
+    /// A header line and a line of numbers, separated by tabs; empty outside of the data. `headers` are those of
+    /// values.
+    QString table(const QStringList& headers) const;
 };
 
 /// The read-out at a value of both axes. Hidden curves are omitted.
 PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, double x, double y);
+
+/// The headers of the values in tables, with the full names of curves.
+QStringList valueHeaders(const XYGraphWidget& plot);
+
+/// The headers of a bin and its edges in tables, with the name and unit of the axis.
+QStringList binHeaders(const QString& axis, const QString& bin);
 
 /// Formats a number for a read-out: all digits of integers, seven of others.
 QString readOutNumber(double value);

@@ -114,7 +114,7 @@ QString PlotCrosshair::text() const
 
 QString PlotCrosshair::table() const
 {
-    return isShown() ? readOut().table() : QString();
+    return isShown() ? readOut().table(valueHeaders(*plot())) : QString();
 }
 
 QPointF PlotCrosshair::value(const PlotMapping& mapping) const

@@ -1,6 +1,7 @@
 #include "tarnis/tools/plotmarkers.h"
 
 #include "tarnis/plots/labeleditor_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/tools/base/plotcurves_p.h"
@@ -210,15 +211,15 @@ QString PlotMarkers::table() const
     if (plot() == nullptr || m_markers.isEmpty())
         return {};
     const PlotMapping mapping = PlotMapping::of(*plot());
-    QStringList header { QStringLiteral("marker"), QStringLiteral("x"), QStringLiteral("bin"), QStringLiteral("lo"),
-        QStringLiteral("hi") };
-    if (isMap())
-        header << QStringLiteral("y") << QStringLiteral("row") << QStringLiteral("row lo") << QStringLiteral("row hi");
-    const QList<ShownCurve> curves = shownCurves(*plot());
-    for (const ShownCurve& curve : curves)
-        header << (curve.name.isEmpty() ? QStringLiteral("value") : QStringLiteral("value %1").arg(curve.name));
-    if (isMap())
-        header << QStringLiteral("value");
+    const QString nameX = PlotAccess::nameX(*plot());
+    const QString nameY = PlotAccess::nameY(*plot());
+    QStringList header { QStringLiteral("marker"), nameX.isEmpty() ? QStringLiteral("x") : nameX };
+    header += binHeaders(nameX, QStringLiteral("bin"));
+    if (isMap()) {
+        header << (nameY.isEmpty() ? QStringLiteral("y") : nameY);
+        header += binHeaders(nameY, QStringLiteral("row"));
+    }
+    header += valueHeaders(*plot());
     QString text = header.join(u'\t') + u'\n';
     const auto appendBin = [](QStringList& line, double at, qsizetype bin, AxisRange edges) {
         line << exactNumber(at);
