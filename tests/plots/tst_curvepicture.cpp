@@ -67,10 +67,10 @@ bool areCurvesTheSame(Plot& plot, const QRect& graph, double ratio, QPainter::Re
 
 QRect randomGraph(Generator& random)
 {
-    const int height = whole(random, 1, 300);
-    const int width = whole(random, 1, 500);
+    const int left = whole(random, 0, 90);
     const int top = whole(random, 0, 30);
-    return { whole(random, 0, 90), top, width, height };
+    const int width = whole(random, 1, 500);
+    return { left, top, width, whole(random, 1, 300) };
 }
 
 } // namespace

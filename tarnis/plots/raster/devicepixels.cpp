@@ -73,14 +73,27 @@ public:
     PenOnDevice(const PenOnDevice&) = delete;
     PenOnDevice& operator=(const PenOnDevice&) = delete;
 
-    /// Where the engine has to put the middle of the pen, so that it begins at an edge of the painter's pixel.
-    QPoint at(QPointF point) const
+    /// The first of the device's pixels that the pen covers at a point: it begins at an edge of the painter's pixel.
+    QPoint firstAt(QPointF point) const
     {
         const QPointF corner = point - QPointF(m_before, m_before);
         const QPoint from = rounded(m_pixels.m_transform.map(corner));
         const QPoint to = rounded(m_pixels.m_transform.map(corner + QPointF(1, 1)));
-        const QPoint first(firstOf(from.x(), to.x(), m_thickness), firstOf(from.y(), to.y(), m_thickness));
-        return first + QPoint(m_thickness / 2, m_thickness / 2);
+        return { firstOf(from.x(), to.x(), m_thickness), firstOf(from.y(), to.y(), m_thickness) };
+    }
+
+    /// Where the engine has to put the middle of the pen for that.
+    QPoint at(QPointF point) const { return firstAt(point) + QPoint(m_thickness / 2, m_thickness / 2); }
+
+    /// The pixels of a solid line, if it is parallel to an axis of the device.
+    std::optional<QRect> pixelsOf(const QLineF& line) const
+    {
+        const QPoint from = firstAt(line.p1());
+        const QPoint to = firstAt(line.p2());
+        if (from.x() != to.x() && from.y() != to.y())
+            return std::nullopt;
+        return QRect(QPoint(std::min(from.x(), to.x()), std::min(from.y(), to.y())),
+            QPoint(std::max(from.x(), to.x()) + m_thickness - 1, std::max(from.y(), to.y()) + m_thickness - 1));
     }
 
 private:
@@ -180,11 +193,16 @@ void DevicePixels::drawFrame(QPainter& painter, const QRect& rect, const QColor&
 void DevicePixels::drawLines(QPainter& painter, const QList<QLineF>& lines) const
 {
     const PenOnDevice pen(*this, painter);
-    QList<QLine> onDevice;
-    onDevice.reserve(lines.size());
-    for (const QLineF& line : lines)
-        onDevice.append(QLine(pen.at(line.p1()), pen.at(line.p2())));
-    painter.drawLines(onDevice);
+    // The engine lets a wide line that leaves the device begin a pixel early.
+    const bool isSolid = painter.pen().style() == Qt::SolidLine;
+    QList<QLine> others;
+    for (const QLineF& line : lines) {
+        if (const std::optional<QRect> pixels = isSolid ? pen.pixelsOf(line) : std::nullopt)
+            painter.fillRect(*pixels, painter.pen().brush());
+        else
+            others.append(QLine(pen.at(line.p1()), pen.at(line.p2())));
+    }
+    painter.drawLines(others);
 }
 
 void DevicePixels::drawRect(QPainter& painter, const QRect& rect) const
