@@ -162,9 +162,11 @@ void CurvesPlot::onPaint(QPainter& painter, QRect const& /*graph*/)
             paintCounts(painter, m_curves[i]);
             continue;
         }
-        for (QPolygonF line : m_curves[i].parts) {
-            for (QPointF& point : line)
-                point = QPointF(mapping.columnOf(point.x()), mapping.rowOf(point.y()));
+        for (const QPolygonF& part : m_curves[i].parts) {
+            QPolygonF line;
+            line.reserve(part.size());
+            for (const QPointF& point : part)
+                line.append(QPointF(mapping.columnOf(point.x()), mapping.rowOf(point.y())));
             drawCurve(painter, line);
         }
     }

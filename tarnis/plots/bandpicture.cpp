@@ -36,7 +36,7 @@ bool canStretch(const QImage& patch)
 {
     for (int y = 0; y < patchSize; ++y) {
         const QRgb* const row = rowOf(patch, y);
-        if (std::any_of(row + edge, row + 2 * edge, [row](QRgb pixel) { return pixel != row[edge]; }))
+        if (std::any_of(row + edge, row + qsizetype(2) * edge, [row](QRgb pixel) { return pixel != row[edge]; }))
             return false;
         const bool isInside = y > edge && y < 2 * edge;
         if (isInside && std::memcmp(row, rowOf(patch, edge), patchSize * sizeof(QRgb)) != 0)

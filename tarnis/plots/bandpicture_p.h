@@ -1,6 +1,8 @@
 // The rubber band of a plot with tools.
 #pragma once
 
+#include <QtGlobal>
+
 QT_BEGIN_NAMESPACE
 class QRubberBand;
 QT_END_NAMESPACE

@@ -7,6 +7,7 @@
 #include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/plotstyling_p.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QRubberBand>

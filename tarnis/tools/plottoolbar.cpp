@@ -240,8 +240,9 @@ void PlotToolBar::actionEvent(QActionEvent* event)
 
 void PlotToolBar::separateHost()
 {
-    if (m_end != nullptr && actions().contains(m_end))
-        m_end->setVisible(actions().last() != m_end);
+    const QList<QAction*> entries = actions();
+    if (m_end != nullptr && entries.contains(m_end))
+        m_end->setVisible(entries.last() != m_end);
 }
 
 QList<QWidget*> PlotToolBar::buttons() const
@@ -274,16 +275,14 @@ bool PlotToolBar::moveFocus(const QWidget& from, int key)
     if (usable.isEmpty())
         return false;
     const bool isMirrored = isRightToLeft();
-    qsizetype next = at;
+    qsizetype next = 0;
     if (key == (isMirrored ? Qt::Key_Left : Qt::Key_Right) || key == Qt::Key_Down)
         next = (at + 1) % usable.size();
     else if (key == (isMirrored ? Qt::Key_Right : Qt::Key_Left) || key == Qt::Key_Up)
         next = (at + usable.size() - 1) % usable.size();
-    else if (key == Qt::Key_Home)
-        next = 0;
     else if (key == Qt::Key_End)
         next = usable.size() - 1;
-    else
+    else if (key != Qt::Key_Home)
         return false;
     usable.at(next)->setFocus(Qt::OtherFocusReason);
     return true;

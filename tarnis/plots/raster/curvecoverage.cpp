@@ -153,7 +153,7 @@ constexpr int marginStrips = 16 * strips;
 void CurveCoverage::clearSpans()
 {
     constexpr float far = std::numeric_limits<float>::max();
-    m_spans.assign(std::size_t(m_width * strips + 2 * marginStrips), Span { far, -far });
+    m_spans.assign(std::size_t(m_width) * strips + std::size_t(2 * marginStrips), Span { far, -far });
     m_first = static_cast<int>(m_spans.size());
     m_last = -1;
 }

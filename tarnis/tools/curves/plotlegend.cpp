@@ -419,7 +419,7 @@ void PlotLegend::restoreState(const QJsonObject& state)
     const qsizetype records = PlotAccess::series(*curves()).size();
     for (int i = 0; i < records; ++i)
         curves()->setEnable(i, !hidden.contains(i));
-    for (const QJsonValue& value : hidden) { // records whose data have not arrived yet
+    for (const auto& value : hidden) { // records whose data have not arrived yet
         const int record = value.toInt(-1);
         if (record >= records && record < maxRecords)
             curves()->setEnable(record, false);

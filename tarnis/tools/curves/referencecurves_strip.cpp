@@ -256,7 +256,7 @@ QList<quint8> ReferenceCurves::rowsOf(const Pair& pair, const StripAxis& axis) c
         return some.values.constData() == pair.values.constData() && some.values.size() == pair.values.size();
     });
     if (entry == known.end())
-        entry = known.insert(known.end(), StripRows { pair.values, {}, {} });
+        entry = known.insert(known.cend(), StripRows { pair.values, {}, {} });
     if (!entry->axis.isSameAs(axis))
         *entry = { pair.values, axis, rowsIn(axis, pair.values) };
     return entry->rows;

@@ -76,7 +76,9 @@ void PlotStyle::changed()
 const StyleOptions& PlotStyle::options() const
 {
     static const StyleOptions none;
-    return m_painter != nullptr ? m_painter->options : none;
+    if (m_painter == nullptr)
+        return none;
+    return m_painter->options;
 }
 
 template <typename Value> void PlotStyle::set(Value StyleOptions::*option, const Value& value)
