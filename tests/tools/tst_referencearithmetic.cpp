@@ -107,9 +107,11 @@ private Q_SLOTS:
         QCOMPARE(comparisonAxis(Comparison::Ratio, { 5 }), (AxisRange { 0, 6 }));
         QCOMPARE(comparisonAxis(Comparison::Significance, { 0.1 }), (AxisRange { -5, 5 }));
         QCOMPARE(comparisonAxis(Comparison::Significance, { 17 }), (AxisRange { -20, 20 }));
-        std::vector<double> values(1000, 1.0);
+        std::vector<double> values(1000, 2.0);
         values.push_back(1e9);
-        QCOMPARE(comparisonAxis(Comparison::Difference, values), (AxisRange { -1, 1 }));
+        QCOMPARE(comparisonAxis(Comparison::Ratio, values).max, 2.0);
+        for (const Comparison comparison : { Comparison::Difference, Comparison::Significance })
+            QCOMPARE(comparisonAxis(comparison, values).max, 1e9); // the peak that differs, among bins that agree
     }
 
     /// It grows at once and shrinks late; the least axis of a significance stays the least.

@@ -11,7 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double shareInside = 0.95;
+constexpr double ratiosInside = 0.95; // those of few counts are far off, and tell little
 constexpr double shareToShrink = 0.8; // of a smaller axis
 constexpr double smallestSignificance = 5.0;
 
@@ -93,7 +93,8 @@ AxisRange comparisonAxis(Comparison comparison, std::vector<double> values, cons
         value = std::abs(value - middle);
     double width = 0.0;
     if (!values.empty()) {
-        const auto rank = static_cast<std::ptrdiff_t>(std::ceil(shareInside * static_cast<double>(values.size() - 1)));
+        const double share = comparison == Comparison::Ratio ? ratiosInside : 1.0;
+        const auto rank = static_cast<std::ptrdiff_t>(std::ceil(share * static_cast<double>(values.size() - 1)));
         std::nth_element(values.begin(), values.begin() + rank, values.end());
         width = *(values.begin() + rank);
     }

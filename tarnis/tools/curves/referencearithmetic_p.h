@@ -31,9 +31,9 @@ void comparedValues(Comparison comparison, const double* live, const double* ref
 bool isContinuation(const QList<double>& live, const QList<double>& reference);
 
 /// The axis for the finite values, centred on the value for equality (1 for a ratio, otherwise 0). Its half width is 1,
-/// 2 or 5 times a power of ten; the axis of a ratio begins at 0 or above. 5 % of the values may be outside, so that a
-/// single bin does not dominate the scale. `shown` is the axis so far: it becomes smaller only when the values leave a
-/// fifth of the next smaller one free, so that it does not tremble with live data.
+/// 2 or 5 times a power of ten; the axis of a ratio begins at 0 or above. 5 % of the ratios may be outside, so that a
+/// bin with few counts does not dominate the scale; differences are all inside. `shown` is the axis so far: it becomes
+/// smaller only when the values leave a fifth of the next smaller one free, so that it does not tremble with live data.
 AxisRange comparisonAxis(
     Comparison comparison, std::vector<double> values, const std::optional<AxisRange>& shown = std::nullopt);
 
