@@ -116,6 +116,7 @@ private:
     TARNIS_NO_EXPORT void dropPictures();
     TARNIS_NO_EXPORT static int curveOf(
         const Reference& reference, int row, const QList<ShownCurve>& curves, qsizetype count);
+    TARNIS_NO_EXPORT bool isLiveTimeKnown(const Reference& reference) const;
     TARNIS_NO_EXPORT double normOf(
         const Reference& reference, const QList<double>& live, const QList<double>& values) const;
     TARNIS_NO_EXPORT const QList<Pair>& pairs(const QList<ShownCurve>& live) const;

@@ -3126,6 +3126,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>, Fehler der Zählwerte seither</translation>
     </message>
     <message>
+        <source>, not scaled: the live time is unknown</source>
+        <translation>, nicht skaliert: Die Lebendzeit ist unbekannt</translation>
+    </message>
+    <message>
         <source>Freeze the Curves as a Reference</source>
         <translation>Kurven als Referenz einfrieren</translation>
     </message>
@@ -3164,6 +3168,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <message>
         <source>Scaled to the Live Time</source>
         <translation>Auf die Lebendzeit skaliert</translation>
+    </message>
+    <message>
+        <source>The live time of the data or of the reference is unknown.</source>
+        <translation>Die Lebendzeit der Daten oder der Referenz ist unbekannt.</translation>
     </message>
     <message>
         <source>Remove the Reference</source>

@@ -10,6 +10,7 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/errorbars.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/referencecurves.h>
@@ -306,6 +307,56 @@ private Q_SLOTS:
         QVERIFY(ratio != nullptr);
         ratio->trigger();
         QCOMPARE(references.view(), ReferenceCurves::View::Ratio);
+    }
+
+    void offersTheLiveTimeOnlyIfItIsKnown()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 1, 2, 3, 4 });
+        ReferenceCurves references(&plot);
+        references.freeze();
+        const auto canScale = [&] {
+            QMenu* const menu = references.actions().last()->menu();
+            Q_EMIT menu->aboutToShow();
+            for (const QAction* const action : menu->actions()) {
+                if (action->text() == QStringLiteral("Scaled to the Live Time"))
+                    return action->isEnabled();
+            }
+            return false;
+        };
+        QVERIFY(!canScale());
+        references.setLiveTime(10);
+        QVERIFY(!canScale()); // that of the reference is unknown
+        references.freeze();
+        QVERIFY(canScale());
+    }
+
+    void itsNameIsReadableOverABandOfErrors()
+    {
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 2000, 4, true, true);
+        plot.initManualX(0, 2000);
+        plot.initManualY(0, 4);
+        plot.setData(QList<double>(2000, 1.0));
+        ErrorBars bars(&plot);
+        ReferenceCurves references(&plot);
+        showActive(plot);
+        references.freeze(QStringLiteral("before"));
+        const auto lettersIn = [&] {
+            const QImage image = plot.grab().toImage();
+            const QRect corner(PlotMapping::of(plot).frameRect().bottomRight() - QPoint(60, 24), QSize(60, 24));
+            const QImage label = image.copy(onDevice(image, corner));
+            int letters = 0;
+            for (int y = 0; y < label.height(); ++y) {
+                for (int x = 0; x < label.width(); ++x)
+                    letters += label.pixelColor(x, y).lightness() > 180 ? 1 : 0;
+            }
+            return letters;
+        };
+        const int alone = lettersIn();
+        QVERIFY(alone > 10);
+        bars.setOn(true);
+        QVERIFY2(std::abs(lettersIn() - alone) < alone / 10, qPrintable(QString::number(lettersIn())));
     }
 
     void restoresItsState()

@@ -24,7 +24,7 @@ namespace tarnis {
 
 namespace {
 
-constexpr int barsZOrder = 10;
+constexpr int barsZOrder = 4; // under the references: a dense band would hide their dashes and the name
 constexpr double narrowBin = 3.0; // pixels
 constexpr double widestCap = 7.0;
 constexpr int bandAlpha = 110;

@@ -303,12 +303,17 @@ void ReferenceCurves::plotChanged(Changes changes)
         updateOverlay();
 }
 
+bool ReferenceCurves::isLiveTimeKnown(const Reference& reference) const
+{
+    return m_liveTime > 0.0 && reference.liveTime > 0.0;
+}
+
 double ReferenceCurves::normOf(const Reference& reference, const QList<double>& live, const QList<double>& values) const
 {
     double norm = 1.0;
     if (m_norm == Norm::TotalCounts)
         norm = sumOf(live) / sumOf(values);
-    else if (m_norm == Norm::LiveTime && m_liveTime > 0.0 && reference.liveTime > 0.0)
+    else if (m_norm == Norm::LiveTime && isLiveTimeKnown(reference))
         norm = m_liveTime / reference.liveTime;
     return std::isfinite(norm) && norm > 0.0 ? norm : 1.0;
 }

@@ -177,6 +177,7 @@ void ReferenceCurves::makeActions()
     auto* const compare = new ToolAction(
         this, "compareReference", [] { return ReferenceCurves::tr("Compare with the Reference"); }, drawCompare);
     m_menu = new QMenu(plot());
+    m_menu->setToolTipsVisible(true);
     connect(this, &QObject::destroyed, m_menu, &QObject::deleteLater);
     connect(m_menu, &QMenu::aboutToShow, this, &ReferenceCurves::fillMenu);
     compare->setMenu(m_menu);
@@ -189,7 +190,9 @@ void ReferenceCurves::fillMenu()
 {
     m_menu->clear();
     const auto addChoice = [this](QActionGroup* group, const QString& text, bool isChecked, const auto& choose) {
-        connect(addMenuChoice(*m_menu, *group, text, isChecked), &QAction::triggered, this, choose);
+        QAction* const entry = addMenuChoice(*m_menu, *group, text, isChecked);
+        connect(entry, &QAction::triggered, this, choose);
+        return entry;
     };
     auto* const views = new QActionGroup(m_menu);
     const auto addView = [&](const QString& text, View view) {
@@ -202,11 +205,15 @@ void ReferenceCurves::fillMenu()
     m_menu->addSeparator();
     auto* const norms = new QActionGroup(m_menu);
     const auto addNorm = [&](const QString& text, Norm norm) {
-        addChoice(norms, text, norm == m_norm, [this, norm] { setNorm(norm); });
+        return addChoice(norms, text, norm == m_norm, [this, norm] { setNorm(norm); });
     };
     addNorm(tr("As Measured"), Norm::None);
     addNorm(tr("Scaled to the Total Counts"), Norm::TotalCounts);
-    addNorm(tr("Scaled to the Live Time"), Norm::LiveTime);
+    QAction* const byTime = addNorm(tr("Scaled to the Live Time"), Norm::LiveTime);
+    const bool canScale = m_current < 0 ? m_liveTime > 0.0 : isLiveTimeKnown(m_references.at(m_current));
+    byTime->setEnabled(canScale);
+    if (!canScale)
+        byTime->setToolTip(tr("The live time of the data or of the reference is unknown."));
     if (m_references.isEmpty())
         return;
     m_menu->addSeparator();

@@ -284,6 +284,8 @@ void ReferenceCurves::paintTitle(QPainter& painter, const QRect& strip, bool isC
                                           : tr("data − %1").arg(name);
     if (isContained)
         title += tr(", errors of the counts since");
+    if (m_norm == Norm::LiveTime && !isLiveTimeKnown(m_references.at(m_current)))
+        title += tr(", not scaled: the live time is unknown");
     paintLabel(painter, title, { strip.right() - 3, strip.top() + 3 }, Qt::AlignRight);
 }
 
