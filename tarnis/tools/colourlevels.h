@@ -81,6 +81,7 @@ Q_SIGNALS:
 protected:
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
+    void handleHide() override;
 
 private:
     TARNIS_NO_EXPORT XY2DGraphWidget* map() const;

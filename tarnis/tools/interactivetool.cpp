@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace tarnis {
 
 InteractiveTool::InteractiveTool(XYGraphWidget* plot, Needs needs)
@@ -33,6 +35,17 @@ InteractiveTool::~InteractiveTool()
 QList<InteractiveTool*> InteractiveTool::toolsOf(const XYGraphWidget& plot)
 {
     return plot.findChildren<InteractiveTool*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+void InteractiveTool::cancelDrags(XYGraphWidget& plot)
+{
+    QList<QPointer<InteractiveTool>> tools; // a slot of one may delete others
+    for (InteractiveTool* const tool : toolsOf(plot))
+        tools.append(tool);
+    for (const QPointer<InteractiveTool>& tool : std::as_const(tools)) {
+        if (!tool.isNull() && tool->plot() != nullptr)
+            tool->handleHide();
+    }
 }
 
 QList<QAction*> InteractiveTool::actions() const

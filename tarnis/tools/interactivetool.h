@@ -42,6 +42,8 @@ public:
     XYGraphWidget* plot() const { return observedPlot(); }
     /// The tools that are attached to a plot, in the order of their attachment.
     static QList<InteractiveTool*> toolsOf(const XYGraphWidget& plot);
+    /// Takes back the drags under way on a plot, as hiding it does: before its view is stored, for example.
+    static void cancelDrags(XYGraphWidget& plot);
 
     /// The actions of the tool for tool bars and menus, in the order of display. They are owned by the tool and follow
     /// the application's language. Their shortcuts are for display only: the tool handles the keys itself while the

@@ -267,14 +267,19 @@ private Q_SLOTS:
         QWidget* const strip = stripOf(map);
         const QPoint middle = strip->rect().center();
         PlotMouse mouse(*strip);
-        mouse.press(middle);
-        mouse.move(middle + QPoint(0, 4));
-        mouse.move(middle + QPoint(0, 20));
-        QVERIFY(levels->lower() < 10);
-        QTest::keyClick(strip, Qt::Key_Escape);
-        QCOMPARE(levels->lower(), 10.0);
-        QCOMPARE(levels->upper(), 90.0);
-        mouse.release(middle);
+        const auto cancel = [&](bool byKey) {
+            byKey ? QTest::keyClick(strip, Qt::Key_Escape) : InteractiveTool::cancelDrags(map);
+        };
+        for (const bool byKey : { true, false }) {
+            mouse.press(middle);
+            mouse.move(middle + QPoint(0, 4));
+            mouse.move(middle + QPoint(0, 20));
+            QVERIFY(levels->lower() < 10);
+            cancel(byKey);
+            QCOMPARE(levels->lower(), 10.0);
+            QCOMPARE(levels->upper(), 90.0);
+            mouse.release(middle);
+        }
     }
 
     void keysMoveTheLines()

@@ -175,6 +175,12 @@ void ColourLevels::setStripVisible(bool visible)
     update();
 }
 
+void ColourLevels::handleHide()
+{
+    if (m_strip != nullptr)
+        m_strip->endDrag(true);
+}
+
 void ColourLevels::plotChanged(Changes changes)
 {
     bool isChanged = changes & (ScaleType | Levels | AutoScale);

@@ -25,6 +25,7 @@ public:
     /// The levels and colours of the map have changed.
     void showLevels();
     bool isDragging() const { return m_handle != LevelHandle::None; }
+    void endDrag(bool cancel);
     /// Draws the strip, with the strip's top left corner as the origin.
     void paintStrip(QPainter& painter) const;
 
@@ -51,7 +52,6 @@ private:
     double rowOf(double share) const;
     void place();
     void retranslate();
-    void endDrag(bool cancel);
     void moveBy(LevelHandle handle, double delta);
     void paintSteps(QPainter& painter, const QRect& rect) const;
     void paintHandle(QPainter& painter, double share, bool isCurrent) const;
