@@ -95,6 +95,7 @@ private:
     TARNIS_NO_EXPORT void showValues(const PlotMapping& mapping);
     TARNIS_NO_EXPORT Shape shape(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT QRegion areaOf(const Shape& line, const QRect& frame) const;
+    TARNIS_NO_EXPORT bool isTooShort() const;
     TARNIS_NO_EXPORT Grip gripAt(const PlotMapping& mapping, const QPointF& pixel) const;
     TARNIS_NO_EXPORT void showWithMap();
     TARNIS_NO_EXPORT void drag(const PlotMapping& mapping, const QPointF& pixel);

@@ -182,6 +182,19 @@ private Q_SLOTS:
         QVERIFY(!profile.profilePlot()->isVisible());
     }
 
+    void aClickKeepsTheLine()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        showActive(map, { 600, 400 });
+        profile.setOn(true);
+        profile.setLine({ 5, 2.5 }, { 9, 2.5 });
+        PlotMouse(map).click(pixelOf(map, 13, 4.5));
+        QCOMPARE(profile.from(), QPointF(5, 2.5));
+        QCOMPARE(profile.to(), QPointF(9, 2.5));
+    }
+
     void aDragThatLeavesThePlotEndsAtItsBorder()
     {
         XY2DGraphWidget map;

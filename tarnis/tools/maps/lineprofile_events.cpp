@@ -18,6 +18,7 @@ namespace tarnis {
 namespace {
 
 constexpr double reach = 8.0; // pixels
+constexpr double clickSlack = 5.0; // pixels; a shorter line is a click
 constexpr double handleDistance = 14.0; // minimum distance from the line
 
 const QLatin1String onKey("on");
@@ -178,8 +179,15 @@ bool LineProfile::handleRelease(const QMouseEvent& event)
     if (m_grip == Grip::None)
         return false;
     if (event.button() == Qt::LeftButton)
-        endDrag(false);
+        endDrag(isTooShort());
     return true;
+}
+
+/// A click on the map, to activate its window for example, draws no line: it would replace the one that is there.
+bool LineProfile::isTooShort() const
+{
+    const Shape line = shape(PlotMapping::of(*plot()));
+    return m_grip != Grip::Width && distance(line.from, line.to) < clickSlack;
 }
 
 void LineProfile::handleHide()
