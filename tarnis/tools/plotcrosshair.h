@@ -76,6 +76,7 @@ private:
     struct Drawing;
     TARNIS_NO_EXPORT Label labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const;
     TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
+    TARNIS_NO_EXPORT void notePointer(const QPointF& position);
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void togglePin();

@@ -3,6 +3,7 @@
 #include "support/pictures.h"
 #include "support/support.h"
 #include "support/visibleplot.h"
+#include "support/wait.h"
 #include "tools/samples.h"
 
 #include <tarnis/plots/curvenames.h>
@@ -204,6 +205,22 @@ private Q_SLOTS:
         QTest::keyClick(&plot, Qt::Key_C);
         QVERIFY(!cross->isOn());
         QVERIFY(cross->text().isEmpty());
+    }
+
+    void appearsUnderAPointerAtRest()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        cross->setOn(false);
+        showActive(plot);
+        const QPoint at = plot.mapToGlobal(PlotMapping::of(plot).pixelOf({ 15, 5 }).toPoint());
+        QCursor::setPos(at);
+        TRY_VERIFY(plot.underMouse() && QCursor::pos() == at);
+        QTest::keyClick(&plot, Qt::Key_C);
+        QVERIFY2(cross->text().contains(QStringLiteral("bin 1")), qPrintable(cross->text()));
+        QTest::keyClick(&plot, Qt::Key_P);
+        QVERIFY(cross->isPinned());
     }
 
     void escapeSwitchesItOffWhileThePointerIsElsewhere()

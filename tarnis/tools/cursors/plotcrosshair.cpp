@@ -12,6 +12,7 @@
 #include "tarnis/tools/base/readoutlabels_p.h"
 #include "tarnis/tools/plotruler.h"
 
+#include <QCursor>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -135,6 +136,8 @@ void PlotCrosshair::setOn(bool on)
         return;
     m_isOn = on;
     m_isPinned = m_isPinned && on;
+    if (on && plot() != nullptr && plot()->underMouse()) // a pointer at rest sends no move
+        notePointer(plot()->mapFromGlobal(QPointF(QCursor::pos())));
     setNeeds(on ? MouseMoves | KeyboardFocus | ReadOut : Needs(KeyboardFocus));
     updateActions();
     const QPointer<PlotCrosshair> self(this); // a slot may delete it
@@ -198,10 +201,15 @@ bool PlotCrosshair::handleMove(const QMouseEvent& event)
 {
     if (!m_isOn)
         return false;
-    m_pointer = event.position();
-    m_isOver = PlotMapping::of(*plot()).plotRect().contains(m_pointer.toPoint());
+    notePointer(event.position());
     renew();
     return false;
+}
+
+void PlotCrosshair::notePointer(const QPointF& position)
+{
+    m_pointer = position;
+    m_isOver = PlotMapping::of(*plot()).plotRect().contains(position.toPoint());
 }
 
 void PlotCrosshair::handleLeave()
