@@ -10,6 +10,7 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/tools/colourlevels.h>
 #include <tarnis/tools/colourmaps.h>
+#include <tarnis/tools/plotnavigator.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -297,6 +298,21 @@ private Q_SLOTS:
         QVERIFY(levels->lower() < 10);
         QTest::keyClick(strip, Qt::Key_Home);
         QCOMPARE(levels->mode(), ColourLevels::Mode::Automatic);
+    }
+
+    void keysOfTheHistoryAreLeftToTheMap()
+    {
+        MapProbe map;
+        fill(map);
+        auto* const navigator = new PlotNavigator(&map);
+        new ColourLevels(&map);
+        show(map);
+        stripOf(map)->setFocus();
+        navigator->zoomIn();
+        QTest::keyClick(stripOf(map), Qt::Key_Backspace);
+        QVERIFY(!navigator->canGoBack() && navigator->canGoForward());
+        QTest::keyClick(stripOf(map), Qt::Key_Right, Qt::AltModifier);
+        QVERIFY(navigator->canGoBack());
     }
 
     void detachingRestoresTheMap()

@@ -254,7 +254,8 @@ void LevelStrip::moveBy(LevelHandle handle, double delta)
 
 void LevelStrip::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier; // Alt+Left is the map's
+    switch (isPlain ? event->key() : 0) {
     case Qt::Key_Left:
         m_current = LevelHandle::Lower;
         update();

@@ -37,10 +37,26 @@ int stepsOf(const QWheelEvent& event)
     return steps.y() != 0 ? steps.y() : steps.x();
 }
 
+bool isHistoryKey(const QKeyEvent& event)
+{
+    const bool isArrow = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
+    return event.key() == Qt::Key_Backspace || (isArrow && event.modifiers() == Qt::AltModifier);
+}
+
+/// A key that a control on the plot, such as the strip of the colours, has left to the plot; not one for an editor.
+bool isLeftByControl(const QWidget& plot)
+{
+    const QWidget* const focused = plot.window()->focusWidget();
+    return focused != nullptr && plot.isAncestorOf(focused) && !focused->testAttribute(Qt::WA_InputMethodEnabled);
+}
+
 } // namespace
 
 bool PlotNavigator::handleEvent(QEvent* event)
 {
+    if (event->type() == QEvent::KeyPress && isHistoryKey(static_cast<const QKeyEvent&>(*event))
+        && isLeftByControl(*plot()))
+        return handleKey(static_cast<const QKeyEvent&>(*event));
     if (event->type() == QEvent::NativeGesture)
         return handlePinch(static_cast<const QNativeGestureEvent&>(*event));
     const bool isTouch = event->type() == QEvent::TouchBegin || event->type() == QEvent::TouchUpdate
