@@ -7,6 +7,7 @@
 #include "support/visibleplot.h"
 #include "tools/samples.h"
 
+#include <tarnis/plots/curvenames.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -88,6 +89,20 @@ private Q_SLOTS:
         showActive(plot);
         ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
         QVERIFY(ruler.text().endsWith(QStringLiteral("Σ 0: 11   Σ 2: 15")));
+        QVERIFY2(ruler.table().contains(QStringLiteral("\tsum 0\tsum 2\n")), qPrintable(ruler.table()));
+        setSeriesNames(plot, { QStringLiteral("Sodium"), QStringLiteral("Cobalt"), QStringLiteral("Caesium") });
+        QVERIFY2(ruler.table().contains(QStringLiteral("\tsum Sodium\tsum Caesium\n")), qPrintable(ruler.table()));
+    }
+
+    void namesSumsByTheTermOfTheirCurves()
+    {
+        MultiVectorGraphWidget plot;
+        fillGroups(plot, 2);
+        plot.m_groupName = QStringLiteral("Module");
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+        QVERIFY2(ruler.table().contains(QStringLiteral("\tsum Module 0\tsum Module 1\n")), qPrintable(ruler.table()));
     }
 
     void aDragThatLeavesThePlotEndsAtItsBorder()

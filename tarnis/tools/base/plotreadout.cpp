@@ -112,14 +112,22 @@ QString PlotReadOut::text() const
     return parts.join(QStringLiteral("   "));
 }
 
-QStringList valueHeaders(const XYGraphWidget& plot)
+QStringList fullNames(const XYGraphWidget& plot)
 {
     const auto* const series = qobject_cast<const MultiVectorGraphWidget*>(&plot);
     const QStringList names = series != nullptr ? curveNames(*series) : QStringList();
-    QStringList headers;
+    QStringList found;
     const QList<ShownCurve> curves = shownCurves(plot);
-    for (const ShownCurve& curve : curves) {
-        const QString name = curve.name.isEmpty() ? QString() : names.value(curve.place, curve.name);
+    for (const ShownCurve& curve : curves)
+        found << (curve.name.isEmpty() ? QString() : names.value(curve.place, curve.name));
+    return found;
+}
+
+QStringList valueHeaders(const XYGraphWidget& plot)
+{
+    QStringList headers;
+    const QStringList names = fullNames(plot);
+    for (const QString& name : names) {
         bool isNumber = false;
         name.toInt(&isNumber); // of a plot without names and terms
         headers << (name.isEmpty() || isNumber ? QStringLiteral("value %1").arg(name).trimmed() : name);

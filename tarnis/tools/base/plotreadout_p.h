@@ -46,6 +46,9 @@ struct PlotReadOut {
 /// The read-out at a value of both axes. Hidden curves are omitted.
 PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, double x, double y);
 
+/// The full names of the visible curves, or their numbers if they have none; empty if there is only one.
+QStringList fullNames(const XYGraphWidget& plot);
+
 /// The headers of the values in tables, with the full names of curves.
 QStringList valueHeaders(const XYGraphWidget& plot);
 

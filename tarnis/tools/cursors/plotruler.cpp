@@ -221,12 +221,13 @@ RulerReading PlotRuler::reading() const
     for (const ShownCurve& curve : curves)
         parts += curve.parts;
     updateSums(m_sums->curves, parts);
+    const QStringList names = fullNames(*plot());
     qsizetype next = 0;
     for (const ShownCurve& curve : curves) {
         double sum = 0.0;
         for (qsizetype i = 0; i < curve.parts.size(); ++i)
             sum += m_sums->curves.at(next++).between(columns.first, std::min(columns.last, curve.size() - 1));
-        reading.sums.append({ curve.name, sum });
+        reading.sums.append({ curve.name, sum, names.value(reading.sums.size()) });
     }
     return reading;
 }

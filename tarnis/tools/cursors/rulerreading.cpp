@@ -71,7 +71,7 @@ QString RulerReading::table() const
     QStringList numbers { exactNumber(from.x()), exactNumber(from.y()), exactNumber(to.x()), exactNumber(to.y()),
         exactNumber(dx), exactNumber(dy), exact(inverse), exact(ratio), QString::number(bins) };
     for (const RulerSum& sum : sums) {
-        header << (sum.name.isEmpty() ? QStringLiteral("sum") : QStringLiteral("sum %1").arg(sum.name));
+        header << QStringLiteral("sum %1").arg(sum.header).trimmed();
         numbers << exactNumber(sum.sum);
     }
     return header.join(u'\t') + u'\n' + numbers.join(u'\t') + u'\n';

@@ -13,6 +13,7 @@ namespace tarnis {
 struct RulerSum {
     QString name; ///< name of the curve; empty if there is only one
     double sum = 0.0; ///< sum of the finite values
+    QString header = {}; ///< of its column in the table
 };
 
 /// The reading between two positions. Undefined values are empty.
