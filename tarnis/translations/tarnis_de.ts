@@ -1080,8 +1080,8 @@
         <translation>Grenzen folgen den Daten</translation>
     </message>
     <message>
-        <source>Limits at %1 and %2 % of the Bins</source>
-        <translation>Grenzen bei %1 und %2 % der Bins</translation>
+        <source>Limits at %L1 and %L2 % of the Bins</source>
+        <translation>Grenzen bei %L1 und %L2 % der Bins</translation>
     </message>
 </context>
 <context>

@@ -14,6 +14,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QLocale>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
@@ -372,10 +373,16 @@ private Q_SLOTS:
         Q_EMIT menu->aboutToShow();
         QAction* const magma = menu->findChild<QAction*>(QStringLiteral("magma"));
         QVERIFY(magma != nullptr);
+        QCOMPARE(magma->icon().actualSize(QSize(16, 16)), QSize(16, 16)); // a menu would make a strip a thin line
         magma->trigger();
         QCOMPARE(ColourMaps::current(map), QStringLiteral("magma"));
         levels->actions().at(0)->trigger();
         QVERIFY(!levels->isStripVisible());
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::German));
+        Q_EMIT menu->aboutToShow();
+        QLocale::setDefault(before);
+        QVERIFY(menu->actions().constLast()->text().contains(QStringLiteral("99,9")));
         delete levels;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }

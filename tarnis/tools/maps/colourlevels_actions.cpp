@@ -21,7 +21,7 @@ const QLatin1String scaleKey("scale");
 const QLatin1String levelsKey("levels"); // [lower, upper]
 const QLatin1String percentilesKey("percentiles"); // [lower, upper]
 const QLatin1String stripKey("strip");
-constexpr QSize previewSize(64, 14);
+constexpr QSize previewSize(64, 64); // a menu shrinks it to a square, and a strip to a thin line
 
 constexpr const char* scaleNames[] = { "linear", "sqrt", "log" }; // in the order of ColourLevels::Scale
 
@@ -97,8 +97,6 @@ void ColourLevels::fillMenu()
         return;
     QMenu* const colours = m_menu->addMenu(tr("Colours of This Map"));
     QMenu* const coloursOfAll = m_menu->addMenu(tr("Colours of All Maps"));
-    for (QMenu* const menu : { colours, coloursOfAll })
-        menu->setStyleSheet(QStringLiteral("QMenu { icon-size: %1px; }").arg(previewSize.width()));
     fillColours(*colours, false);
     fillColours(*coloursOfAll, true);
     m_menu->addSeparator();
@@ -118,7 +116,7 @@ void ColourLevels::fillMenu()
     automatic->setCheckable(true);
     automatic->setChecked(mode() == Mode::Automatic);
     for (const auto& [low, high] : { std::pair(1.0, 99.0), std::pair(0.0, 99.0), std::pair(0.0, 99.9) }) {
-        const QString text = tr("Limits at %1 and %2 % of the Bins").arg(low).arg(high);
+        const QString text = tr("Limits at %L1 and %L2 % of the Bins").arg(low).arg(high);
         QAction* const entry =
             m_menu->addAction(text, this, [this, low = low, high = high] { setPercentiles(low, high); });
         entry->setCheckable(true);
