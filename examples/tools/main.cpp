@@ -47,7 +47,7 @@ struct Source {
         std::uniform_int_distribution<int> times(0, rows - 1);
         for (int event = 0; event < 20000; ++event) {
             const int source = sources(generator);
-            std::normal_distribution<double> line(50.0 + 70.0 * source, 6.0 + 10.0 * source);
+            std::normal_distribution<double> line(50.0 + 60.0 * source, 6.0 + 6.0 * source); // ends in the axis
             const int bin = std::clamp(static_cast<int>(line(generator)), 0, bins - 1);
             ++spectra[source][bin];
             ++map[times(generator)][bin];
@@ -84,7 +84,7 @@ Window::Window()
     new tarnis::LineProfile(&map);
     tarnis::ColourMaps::apply(map, QStringLiteral("viridis"));
     layout()->addWidget(&status);
-    resize(760, 820);
+    resize(760, 640);
 }
 
 /// A plot with the tools that fit every plot, below the bar of all its tools.
@@ -96,7 +96,7 @@ void Window::addPlot(XYGraphWidget& plot, const QString& nameY, double maxY)
     layout()->addWidget(new tarnis::PlotToolBar(&plot));
     layout()->addWidget(&plot);
     plot.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    plot.setMinimumHeight(200);
+    plot.setMinimumHeight(160);
     new tarnis::PlotStyle(&plot);
     new tarnis::PlotNavigator(&plot);
     new tarnis::PlotKeyboard(&plot);
