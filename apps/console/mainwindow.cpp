@@ -80,6 +80,8 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
     connectActions();
     addWindowActions();
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::updateControls);
+    connect(m_windows, &OpenWindows::changed, this, &MainWindow::passLiveTime);
+    connect(m_statusPoller, &StatusPoller::runStatusChanged, this, &MainWindow::passLiveTime);
     connect(m_histograms, &ServerHistograms::changed, this, &MainWindow::updateControls);
     connect(m_windows, &OpenWindows::changed, this, &MainWindow::goOnLeaving);
     connect(m_windows, &OpenWindows::viewFailed, this,

@@ -69,6 +69,7 @@ protected:
     void openWindow(const QString& id);
     void updateControls();
     void updateArranging();
+    void passLiveTime();
     void listOpenWindows();
     WindowContext windowContext();
     bool reopenWindow(const QString& id);

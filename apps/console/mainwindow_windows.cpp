@@ -6,8 +6,10 @@
 #include "histograms/histogramchooser.h"
 #include "histograms/histogramwindowupdater.h"
 #include "histograms/serverhistograms.h"
+#include "plots/plottools.h"
 #include "screen/windowframe.h"
 #include "server/servercontroller.h"
+#include "server/statuspoller.h"
 #include "ui_mainwindow.h"
 #include "windows/openwindows.h"
 
@@ -85,6 +87,13 @@ void MainWindow::updateArranging()
     setEnabledWithHelp(ui->cascadeAction, canPlace && isAnyOpen, tr("Arrange all open windows in a cascade"), reason);
     setEnabledWithHelp(
         ui->closeWindowsAction, isAnyOpen, tr("Close all windows but this one"), tr("No window is open"));
+}
+
+void MainWindow::passLiveTime()
+{
+    const QList<QWidget*> windows = m_windows->all();
+    for (const QWidget* const window : windows)
+        setLiveTime(*window, m_statusPoller->runStatus().liveTime.value_or(0.0));
 }
 
 void MainWindow::listOpenWindows()

@@ -9,6 +9,7 @@
 #include "histograms/livewindows.h"
 #include "histograms/serverhistograms.h"
 #include "support/cases.h"
+#include "support/plotmouse.h"
 #include "support/wait.h"
 #include "tables/ratewindow.h"
 #include "windows/openwindows.h"
@@ -31,6 +32,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -113,6 +115,58 @@ private Q_SLOTS:
         QCOMPARE(plot->findChild<tarnis::PlotLegend*>()->place(), QPointF(0.5, 0.25));
         plot->findChild<tarnis::PlotNavigator*>()->goHome();
         QCOMPARE(rangeX(*plot), whole);
+    }
+
+    void aDragUnderWayIsNotPartOfTheStoredView()
+    {
+        HistogramServer server;
+        ConsoleFixture fixture;
+        fixture.use(server);
+        QVERIFY(fixture.reaches(ServerState::Up) && isListed(fixture, "time"));
+        auto* window = fixture.open<Graph1DDialog>("curves");
+        QPointer<MultiVectorGraphWidget> plot = window->getGraphWidget();
+        TRY_VERIFY(plot->hasData());
+        plot->findChild<tarnis::PlotNavigator*>()->zoomIn();
+        const auto before = rangeX(*plot);
+        PlotMouse mouse(*plot);
+        const QPoint middle = plot->rect().center();
+        mouse.press(middle, Qt::MiddleButton);
+        mouse.move(middle + QPoint(40, 0));
+        QVERIFY(rangeX(*plot) != before);
+        window->close();
+        TRY_VERIFY(plot.isNull());
+        plot = fixture.open<Graph1DDialog>("curves")->getGraphWidget();
+        QCOMPARE(rangeX(*plot), before);
+    }
+
+    void referencesAreScaledByTheLiveTimeOfTheRun()
+    {
+        LiveServer server;
+        server.answer("stat", { Step::text("OK:\nevents: 12\nlive time: 40\n") });
+        ConsoleFixture fixture(server);
+        const auto* const window = fixture.open<LiveCurves>("curves");
+        auto* const references = window->findChild<tarnis::ReferenceCurves*>();
+        const auto canScale = [references] {
+            references->freeze();
+            QMenu* const menu = references->actions().constLast()->menu();
+            Q_EMIT menu->aboutToShow();
+            const QList<QAction*> entries = menu->actions();
+            return std::any_of(entries.begin(), entries.end(), [](const QAction* entry) {
+                return entry->text() == QStringLiteral("Scaled to the Live Time") && entry->isEnabled();
+            });
+        };
+        TRY_VERIFY(canScale());
+    }
+
+    void saysThatThereIsNoEarlierView()
+    {
+        LiveServer server;
+        ConsoleFixture fixture(server);
+        auto* const plot = fixture.open<LiveCurves>("curves")->getGraphWidget();
+        plot->findChild<tarnis::PlotNavigator*>()->goBack();
+        TRY_VERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), QStringLiteral("There is no earlier view."));
+        QToolTip::hideText();
     }
 
     void viewsComeBackAtTheNextStart()

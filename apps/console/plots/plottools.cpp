@@ -24,6 +24,7 @@
 #include <QAction>
 #include <QBoxLayout>
 #include <QCoreApplication>
+#include <QToolTip>
 
 namespace console {
 
@@ -52,7 +53,9 @@ void attachTools(XYGraphWidget& plot)
 {
     if (plot.findChild<tarnis::PlotNavigator*>(QString(), Qt::FindDirectChildrenOnly))
         return;
-    new tarnis::PlotNavigator(&plot); // owned by the plot
+    auto* const navigator = new tarnis::PlotNavigator(&plot); // owned by the plot
+    QObject::connect(navigator, &tarnis::PlotNavigator::message, &plot,
+        [&plot](const QString& text) { QToolTip::showText(plot.mapToGlobal(plot.rect().center()), text, &plot); });
     new tarnis::PlotKeyboard(&plot);
     auto* const crosshair = new tarnis::PlotCrosshair(&plot);
     crosshair->setOn(false);
@@ -77,6 +80,14 @@ XYGraphWidget* plotOf(const QWidget& window)
             return plot;
     }
     return nullptr;
+}
+
+void setLiveTime(const QWidget& window, double seconds)
+{
+    const XYGraphWidget* const plot = plotOf(window);
+    auto* const references = plot ? plot->findChild<tarnis::ReferenceCurves*>() : nullptr;
+    if (references)
+        references->setLiveTime(seconds);
 }
 
 void addToolBar(QWidget& window)

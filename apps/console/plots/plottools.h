@@ -14,6 +14,9 @@ void attachTools(XYGraphWidget& plot);
 /// that already have a bar.
 void addToolBar(QWidget& window);
 
+/// The live time of the data in seconds, by which the plot of the window scales references; 0 if it is unknown.
+void setLiveTime(const QWidget& window, double seconds);
+
 /// The plot of the window itself, not of a box beside it; null without one.
 XYGraphWidget* plotOf(const QWidget& window);
 

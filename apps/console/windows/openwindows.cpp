@@ -12,12 +12,15 @@
 #include <tarnis/dialogs/graph2ddialog.h>
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/xygraphwidget.h>
+#include <tarnis/tools/interactivetool.h>
+#include <tarnis/tools/plottoolbar.h>
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QPointer>
 #include <QScreen>
 #include <QSettings>
+#include <QStyle>
 #include <QWindow>
 
 #include <algorithm>
@@ -85,7 +88,10 @@ QSize comfortableSize(const QWidget& window, const QSize& screen)
     if (!plotOf(window))
         return window.size();
     const QFontMetrics metrics = window.fontMetrics();
-    const QSize wanted(110 * metrics.averageCharWidth(), 32 * metrics.height());
+    const auto* const bar = window.findChild<tarnis::PlotToolBar*>();
+    const int margins = 2 * window.style()->pixelMetric(QStyle::PM_LayoutLeftMargin);
+    const int barWidth = bar ? bar->sizeHint().width() + margins : 0; // with all its buttons
+    const QSize wanted(std::max(110 * metrics.averageCharWidth(), barWidth), 32 * metrics.height());
     return window.size().expandedTo(wanted.boundedTo(screen * 3 / 5));
 }
 
@@ -205,7 +211,9 @@ void OpenWindows::storePlaces()
 
 void OpenWindows::storeView(const QWidget& window)
 {
-    const XYGraphWidget* const plot = plotOf(window);
+    XYGraphWidget* const plot = plotOf(window);
+    if (plot)
+        tarnis::InteractiveTool::cancelDrags(*plot); // else the view would be what the pointer has just reached
     const QString error = plot ? m_views.save(*plot, window.property(idProperty).toString()) : QString();
     if (!error.isEmpty())
         Q_EMIT viewFailed(error);
