@@ -73,8 +73,7 @@ void printError(const QString& text)
     QString line = text.trimmed();
     line.replace(u'\r', QString()).replace(u'\n', u' ');
     // An error of standard error cannot be reported.
-    static_cast<void>(
-        tarnis::writeDescriptor(STDERR_FILENO, QByteArray("tarnis: " + line.toUtf8() + '\n')));
+    static_cast<void>(tarnis::writeDescriptor(STDERR_FILENO, QByteArray("tarnis: " + line.toUtf8() + '\n')));
 }
 
 void printWarning(const QString& text)

@@ -29,7 +29,7 @@ QString sentence(const char* text)
 
 QString faultOfRange(const BinnedData& data, std::ptrdiff_t first, std::ptrdiff_t last)
 {
-    if (const QString fault = data.fault(); !fault.isEmpty())
+    if (QString fault = data.fault(); !fault.isEmpty())
         return fault;
     if (first < 0 || last < first || last >= static_cast<std::ptrdiff_t>(data.size()))
         return sentence(QT_TRANSLATE_NOOP("tarnis::SpectrumFit", "The range %1 to %2 is not within the bins 0 to %3."))
