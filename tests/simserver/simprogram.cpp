@@ -34,8 +34,9 @@ Program::~Program()
 {
     if (!isRunning())
         return;
-    m_process.kill();
-    m_process.waitForFinished(timeoutMs);
+    m_process.terminate(); // it removes its samples
+    if (!m_process.waitForFinished(timeoutMs))
+        m_process.kill();
 }
 
 quint16 Program::port()
