@@ -1,9 +1,11 @@
 # Compiler and linker settings of all targets: warnings, sanitizers, coverage, ccache, mold.
 
-# The compiler cache is shared by all checkouts at any location, and supports precompiled headers.
+# The compiler cache is shared by all checkouts at any location, and supports precompiled headers. It keeps the hashes of
+# files between compilations, or it would read the precompiled header (180 MB with GCC) each time: an empty cache then costs
+# 5 % of the time, else 17 %.
 find_program(TARNIS_CCACHE ccache)
 if(TARNIS_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(launcher env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+  set(launcher env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 CCACHE_INODECACHE=1
     CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${TARNIS_CCACHE}")
   set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
