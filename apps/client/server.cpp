@@ -44,7 +44,7 @@ bool splitAddress(const QString& address, QString& host, quint16& port)
     else if (host.contains(u':'))
         return false;
     bool valid = false;
-    port = address.mid(colon + 1).toUShort(&valid);
+    port = QStringView(address).sliced(colon + 1).toUShort(&valid);
     return colon > 0 && valid && port > 0 && !host.isEmpty();
 }
 

@@ -1,6 +1,8 @@
 // Handles Escape in windows with plots: ends the mouse tool, and keeps the window open.
 #pragma once
 
+#include <QtGlobal>
+
 QT_BEGIN_NAMESPACE
 class QWidget;
 QT_END_NAMESPACE

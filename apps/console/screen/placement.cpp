@@ -33,7 +33,7 @@ QList<int> candidates(int first, int last, int length, const QList<std::pair<int
     }
     found.removeIf([&](int position) { return position < first || position + length - 1 > last; });
     std::sort(found.begin(), found.end());
-    found.erase(std::unique(found.begin(), found.end()), found.end());
+    found.resize(std::unique(found.begin(), found.end()) - found.begin());
     return found;
 }
 
