@@ -87,7 +87,7 @@ private:
 /// The histogram that a window polls.
 struct Histogram {
     const char* command;
-    double xMax; ///< 0: 0: the replies contain their axis
+    double xMax; ///< 0: the replies contain their axis
     int lastRow;
 };
 

@@ -6,9 +6,7 @@
 //   table        the map with the 256 colours of viridis instead of five points
 //   qcpMap       QCustomPlot's map image made and drawn, its colours rounded to a table
 //   plot         change of one bin, redraw of the picture, repaint of the window
-//   qcpPlot      change of one cell, replot of QCustomPlot with immediate refresh; it has what the plot has: names of
-//   the
-//                axes and a colour scale
+//   qcpPlot      change of one cell, replot of QCustomPlot with immediate refresh, names of axes and a colour scale
 //   qcpBare      the same without names and scale
 #include "measure.h"
 #include "support/map2dprobe.h"

@@ -120,9 +120,10 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
 MainWindow::~MainWindow()
 {
     m_controller->disconnect(this);
-    delete m_runPanel; // uses the poller
-    delete m_statusPoller; // uses the panel
-    delete m_commandPanel; // before the manager that created their sessions
+    // In this order: each uses some of those that follow, and all use the controller.
+    delete m_runPanel;
+    delete m_statusPoller;
+    delete m_commandPanel;
     delete m_settingsPanel;
     delete m_windowUpdater;
     delete m_windows;

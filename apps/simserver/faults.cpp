@@ -50,7 +50,7 @@ constexpr auto faults = std::to_array<FaultInfo>({
         "binary replies hold NaN, infinities, huge and negative numbers" },
     { Fault::NoAxis, Where::Reply, 0, "no-axis", "pair replies lack the axis in parentheses" },
     { Fault::BadIndex, Where::Reply, 0, "bad-index", "pair replies hold a pair beyond the last bin" },
-    { Fault::WrongCounts, Where::Reply, 0, "wrong-counts", "map replies tell bin counts that do not fit the data" },
+    { Fault::WrongCounts, Where::Reply, 0, "wrong-counts", "map replies report bin counts that do not match the data" },
     { Fault::NoGreeting, Where::Greeting, 0, "no-greeting", "a connection is never greeted" },
     { Fault::LateGreeting, Where::Greeting, 2000, "late-greeting", "the greeting comes late" },
     { Fault::SplitGreeting, Where::Greeting, 5, "split-greeting", "the greeting comes one byte at a time" },

@@ -154,7 +154,7 @@ QString helpText(const QCommandLineParser& parser)
     return parser.helpText()
         + QStringLiteral(
             "\nFaults (--fault NAME):\n%1"
-            "\nOptions in the environment variable %2 stand before those of the command line.\n"
+            "\nOptions in the environment variable %2 are read before those of the command line.\n"
             "Exit codes: 0 ended in order, 1 could not start, 2 wrong command line, 3 a fault that exits.\n")
               .arg(faultHelp(), QLatin1String(environmentName));
 }
@@ -165,7 +165,7 @@ Options parseOptions(const QStringList& arguments, const QString& environment)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "A simulated data-acquisition server. It prints \"UI port: N\" when it listens and takes commands over TCP;\n"
+        "A simulated data-acquisition server. It prints \"UI port: N\" when it listens and accepts commands over TCP;\n"
         "\"help\" there lists them."));
     addOptions(parser);
     const QStringList words = arguments.mid(0, 1) + QProcess::splitCommand(environment) + arguments.mid(1);

@@ -86,7 +86,7 @@ void PlotOverlay::noteDrawn(const QPainter& painter, const QRegion& area, bool d
 {
     if (m_plot == nullptr || painter.device() != static_cast<const QPaintDevice*>(m_plot))
         return; // in a file
-    // Another tool has moved it, and the present repaint was not for that.
+    // Another tool has moved the overlay, and the current repaint does not cover its new area.
     const bool isMoved = m_isAreaKnown && PlotHooks::of(*m_plot).isPartial() && !area.subtracted(m_area).isEmpty();
     if (isMoved)
         updateOverlayArea(area);

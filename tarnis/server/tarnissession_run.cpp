@@ -112,8 +112,8 @@ bool TarnisSession::Worker::readGreeting()
         LOG_DBG("socke is not open");
     }
     if (m_session.isTooLarge(m_reply.size()))
-        return false; // already reported by the reader; the socket has no error After a timeout the reader has already
-                      // emitted the error; receivers get it twice.
+        return false; // already reported by the reader; the socket has no error
+    // After a timeout the reader has already emitted the error. Receivers get it twice.
     LOG_BLOCK("emit error(%d, %s)", code, qUtf8Printable(message));
     Q_EMIT m_session.error(code, message);
     return false;

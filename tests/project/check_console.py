@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The console is the model of a host: every class that the library exports outside of namespace tarnis is used in it, and
-the records and functions of its tables. A class counts as used where its name stands outside of comments, #include lines and texts.
+the records and functions of its tables. A class counts as used if its name appears outside of comments, #include lines and
+texts.
 
 usage: check_console.py ROOT
 """

@@ -119,7 +119,7 @@ void Connection::send(const QByteArray& bytes)
 QByteArray Connection::text()
 {
     while (!m_buffer.endsWith(m_prompt) && more()) { }
-    const QByteArray reply = m_buffer.endsWith(m_prompt) ? m_buffer.chopped(m_prompt.size()) : "cut off: " + m_buffer;
+    const QByteArray reply = m_buffer.endsWith(m_prompt) ? m_buffer.chopped(m_prompt.size()) : "truncated: " + m_buffer;
     m_buffer.clear();
     return reply;
 }

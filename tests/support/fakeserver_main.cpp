@@ -1,4 +1,4 @@
-// The program behind FakeServer: plays the script that stands beside it, <own path>.script, one step a line.
+// The program behind FakeServer: plays the script beside it, <own path>.script, one step a line.
 //
 //   print TEXT       writes TEXT to standard output; \n is a line feed, nothing else is added
 //   complain TEXT    the same to standard error

@@ -1,6 +1,6 @@
-// Tells the thread sanitizer what Qt's libraries synchronise, which are not instrumented. A test's program is asked for
-// these functions before Qt is, by the library under test too; each hands the call on. Without them every value that
-// crosses threads under a QRecursiveMutex or in a queued call is reported.
+// Reports to the thread sanitizer what Qt's libraries synchronise, which are not instrumented. The linker finds these
+// functions in the test's program before those of Qt, also for the library under test; each passes the call on. Without
+// them every value that crosses threads under a QRecursiveMutex or in a queued call is reported.
 //
 //   QRecursiveMutex                 lock after unlock
 //   signals, posted events          their delivery after their emission

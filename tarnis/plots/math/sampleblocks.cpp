@@ -14,7 +14,7 @@ constexpr std::size_t maxEntries = 128;
 
 } // namespace
 
-/// The whole blocks of a run; the samples before and after them are looked at.
+/// The complete blocks of a run. The samples before and after them are read one by one.
 struct SampleBlocks::Run {
     qsizetype first = 0;
     qsizetype end = 0;

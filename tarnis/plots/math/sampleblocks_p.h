@@ -12,21 +12,21 @@
 
 namespace tarnis {
 
-/// The extremes and sums of each block of samples. Those of a long run of samples then need a few percent of the
-/// reading.
+/// The extremes and sums of each block of samples, so that those of a long run take a few percent of the time that
+/// reading all its samples takes.
 class SampleBlocks {
 public:
-    /// Looks at every sample once. Shares the samples.
+    /// Reads every sample once. Shares the samples.
     explicit SampleBlocks(const QList<double>& samples);
 
     /// As extremesOf() for the samples from `begin` to before `end`; at least one.
     SampleExtremes extremes(qsizetype begin, qsizetype end) const;
     /// As tarnis::areWholeCounts() for these samples.
     bool areWholeCounts(qsizetype begin, qsizetype end) const;
-    /// The sum of these samples, which is then exact; nothing if a sample is not a finite whole count, or if the curve
-    /// has more counts than can be added exactly.
+    /// The exact sum of these samples; empty if a sample is not a finite integer count, or if the curve has more counts
+    /// than can be added exactly.
     std::optional<double> sumOfCounts(qsizetype begin, qsizetype end) const;
-    /// Prefetches the samples around the end of a run: too sparse for the prefetcher of the hardware.
+    /// Prefetches the samples around the end of a run: they are too sparse for the hardware prefetcher.
     void fetchEnds(qsizetype at, qsizetype count) const
     {
 #ifdef __GNUC__

@@ -14,7 +14,7 @@ public:
     /// Of the finite numbers from `first` to `last`, both included; those outside of the list count as 0.
     double between(qsizetype first, qsizetype last) const;
     const QList<double>& numbers() const { return m_numbers; } ///< as given
-    /// True if these are the numbers. Quick: compares where they are stored, since the class keeps them as they are.
+    /// True if these are the numbers. Compares addresses only, because the class shares the list.
     bool areOf(const QList<double>& numbers) const
     {
         return m_numbers.constData() == numbers.constData() && m_numbers.size() == numbers.size();
@@ -29,7 +29,7 @@ private:
 /// any has.
 bool updateSums(QList<BlockSums>& sums, const QList<QList<double>>& lists);
 
-/// Sums of the finite numbers in a rectangle of rows. Groups of rows are added up once it is asked again for the same
+/// Sums of the finite numbers in a rectangle of rows. Groups of rows are added up at the second request for the same
 /// rows, as during a drag.
 class RectangleSums {
 public:

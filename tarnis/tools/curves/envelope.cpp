@@ -95,7 +95,7 @@ QList<ColumnRun> columnRuns(const BinPositions& positionOf, BinsInView bins)
         const double column = std::floor(position);
         qsizetype end = first + 1;
         if (const double step = positionOf.step(); step != 0.0) {
-            // Bins of equal width: a jump to shortly before the end of the column, from where each bin is looked at.
+            // Bins of equal width: skips to just before the end of the column and tests each bin from there.
             const double way = step > 0.0 ? column + 1.0 - position : column - position;
             const double jump = way / step - 2.0;
             if (jump > 1.0)
@@ -127,8 +127,8 @@ QList<EnvelopeColumn> envelopeOf(
 
 namespace {
 
-/// The sum of whole counts that stays exact: in any order, and so in several sums, which do not wait for each other.
-/// Nothing if it does not stay exact.
+/// The sum of integer counts, empty if it is not exact. An exact sum does not depend on the order, so several
+/// independent sums are added up.
 std::optional<double> sumOfCounts(const double* samples, qsizetype count)
 {
     constexpr double exact = 9007199254740992.0; // 2^53

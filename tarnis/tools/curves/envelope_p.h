@@ -38,8 +38,8 @@ enum class EnvelopeOf {
     Counts ///< see isCount()
 };
 
-/// An entry for each run that holds such samples; bins beyond the end of the curve are omitted. Equal to a look at
-/// every sample, at the speed of memory. `blocks` are those of a curve of one part, or null.
+/// An entry for each run that holds such samples; bins beyond the end of the curve are omitted. The result is the same
+/// as that of testing every sample. `blocks` are those of a curve of one part, or null.
 QList<EnvelopeColumn> envelopeOf(
     const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which, const SampleBlocks* blocks = nullptr);
 

@@ -11,7 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double ratiosInside = 0.95; // those of few counts are far off, and tell little
+constexpr double ratiosInside = 0.95; // those of few counts scatter widely
 constexpr double shareToShrink = 0.8; // of a smaller axis
 constexpr double smallestSignificance = 5.0;
 

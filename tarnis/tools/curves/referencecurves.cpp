@@ -318,7 +318,8 @@ double ReferenceCurves::normOf(const Reference& reference, const QList<double>& 
     return std::isfinite(norm) && norm > 0.0 ? norm : 1.0;
 }
 
-/// The curve of the same name; where names do not tell, that in the same place of as many. -1 without one.
+/// The curve of the same name. Without a match of names, the curve at the same position if both lists have the same
+/// length. -1 without one.
 int ReferenceCurves::curveOf(const Reference& reference, int row, const QList<ShownCurve>& curves, qsizetype count)
 {
     for (int i = 0; i < curves.size(); ++i) {

@@ -101,14 +101,14 @@ QList<QLine> linesOf(const QPainter& painter, const PlotMapping& mapping, const 
     return lines.lines;
 }
 
-/// Of a curve that no live one belongs to.
+/// The colour of a reference curve without a live curve.
 QColor foreground(const XYGraphWidget& plot)
 {
     const PlotStyling* const styling = stylingOf(&plot);
     return styling != nullptr ? styling->foreground() : QColor(Qt::white);
 }
 
-/// Half way to a grey that is seen on the plot's background.
+/// Half way to a grey that is visible on the plot's background.
 QColor faded(const QColor& colour, const XYGraphWidget& plot)
 {
     const PlotStyling* const styling = stylingOf(&plot);

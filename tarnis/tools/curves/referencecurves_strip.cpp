@@ -39,18 +39,19 @@ void paintMarks(QPainter& painter, const StripAxis& axis, double same)
     }
 }
 
-/// The pixels that the middle of a point can have: it is seen from outside of the strip.
+/// The pixels of the centres of visible points: a point outside of the strip may extend into it.
 QRect areaOfPoints(const QRect& strip)
 {
     return strip.adjusted(-pointRadius, -pointRadius, pointRadius, pointRadius);
 }
 
-/// The row of each value, relative to that area; its height for what is not in it. A strip is less than 256 high.
+/// The row of each value, relative to that area. Values outside get the height of the area. A strip has less than 256
+/// rows.
 QList<quint8> rowsIn(const StripAxis& axis, const QList<double>& values)
 {
     const QRect area = areaOfPoints(axis.strip);
     const double scale = axis.pixelsPerUnit();
-    // Without a call for each of the many values, and in a form that the compiler can turn into vectors.
+    // Written without calls, so that the compiler can vectorise the loop.
     const double origin = axis.strip.bottom() + axis.range.min * scale - area.top();
     const double last = area.height() - 1;
     const double beyond = area.height();
@@ -65,8 +66,8 @@ QList<quint8> rowsIn(const StripAxis& axis, const QList<double>& values)
     return rows;
 }
 
-/// The places in the strip that bear a point of a curve, each once: many bins share one. Curves are painted one after
-/// the other, and finish() shows them.
+/// The pixels of the strip that contain a point of a curve, each once, because many bins share one. Curves are painted
+/// one after the other, and finish() shows them.
 class PointMarks {
 public:
     explicit PointMarks(const QRect& strip)
@@ -142,8 +143,8 @@ private:
         });
     }
 
-    /// The same pixels: a call of the painter for each of the many runs takes several times as long. Opaque curves
-    /// share one picture, since laying over one of each curve takes longer than all their points.
+    /// Draws the same pixels into a picture: a call of the painter for each of the many runs takes several times as
+    /// long. Opaque curves share one picture, because drawing one for each curve takes longer than all their points.
     void paintPicture(const QColor& colour)
     {
         if (m_picture.isNull()) {

@@ -203,7 +203,7 @@ void PlotKeyboard::goTo(qsizetype box)
 bool PlotKeyboard::handleEvent(QEvent* event)
 {
     switch (event->type()) {
-    case QEvent::KeyPress: { // an editor inside the plot hands on what it does not take
+    case QEvent::KeyPress: { // an editor inside the plot passes on keys that it does not handle
         const auto& key = static_cast<const QKeyEvent&>(*event);
         if (!plot()->hasFocus() || key.key() != boxKey || key.modifiers() != Qt::NoModifier)
             return false;
@@ -215,13 +215,13 @@ bool PlotKeyboard::handleEvent(QEvent* event)
             return false; // the plot opens its menu for the mouse itself
         openMenu();
         return true;
-    case QEvent::ChildAdded: // not yet what it will be: its constructors are running
+    case QEvent::ChildAdded: // its class is not known yet: its constructors are running
         m_data->children.removeAll(nullptr);
         m_data->children.append(static_cast<QChildEvent*>(event)->child());
         return false;
     case QEvent::FocusIn:
         delete m_data->frame;
-        m_data->frame = new QFocusFrame(plot()->window()); // goes with the window
+        m_data->frame = new QFocusFrame(plot()->window()); // destroyed with the window
         m_data->frame->setWidget(plot());
         return false;
     case QEvent::FocusOut:

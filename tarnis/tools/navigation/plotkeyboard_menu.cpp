@@ -87,7 +87,7 @@ void PlotKeyboard::Internals::addEntries(QMenu& menu)
     connect(action, &QAction::triggered, &m_tool, &PlotKeyboard::goToBox, Qt::QueuedConnection);
 }
 
-// Entries act behind the menu, which would take the keyboard away again.
+// Entries act after the menu has closed, because closing it moves the focus.
 
 void PlotKeyboard::Internals::addEditors(QMenu& menu)
 {
@@ -153,7 +153,7 @@ void PlotKeyboard::Internals::openLimit(bool isUpper)
         Qt::QueuedConnection);
 }
 
-/// Return takes the keyboard back to the plot, and so does Escape, which would close a dialog around the plot.
+/// Return and Escape return the focus to the plot. Unhandled, Escape would close a dialog around the plot.
 void PlotKeyboard::Internals::watchEditor(QLineEdit* edit, const QString& name)
 {
     if (edit == nullptr)
@@ -167,7 +167,7 @@ void PlotKeyboard::Internals::watchEditor(QLineEdit* edit, const QString& name)
             if (m_plot.isVisible())
                 m_plot.setFocus(Qt::OtherFocusReason);
         },
-        Qt::QueuedConnection); // a plot that takes its editor along is gone by then, and this object with it
+        Qt::QueuedConnection); // if the plot was destroyed, this object is gone too
 }
 
 bool PlotKeyboard::Internals::eventFilter(QObject* object, QEvent* event)
