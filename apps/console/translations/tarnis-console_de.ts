@@ -25,7 +25,7 @@
     </message>
     <message>
         <source>Error in name or value</source>
-        <translation>Was an Name oder Wert nicht stimmt</translation>
+        <translation>Fehler in Name oder Wert</translation>
     </message>
 </context>
 <context>
@@ -228,11 +228,11 @@
     <name>LastServerText</name>
     <message>
         <source>“%1” is not a valid host name.</source>
-        <translation>„%1“ ist kein Name eines Rechners.</translation>
+        <translation>„%1“ ist kein gültiger Rechnername.</translation>
     </message>
     <message>
         <source>“%1” is not a valid port: it must be a number from 1 to 65535.</source>
-        <translation>„%1“ ist kein Port: Das ist eine Zahl von 1 bis 65535.</translation>
+        <translation>„%1“ ist kein gültiger Port: Er muss eine Zahl von 1 bis 65535 sein.</translation>
     </message>
     <message>
         <source>The port is missing.</source>
@@ -240,7 +240,7 @@
     </message>
     <message>
         <source>“%1” is not a valid kind of server.</source>
-        <translation>„%1“ ist keine Art von Server.</translation>
+        <translation>„%1“ ist keine gültige Art von Server.</translation>
     </message>
     <message>
         <source>The prompt “%1” contains an escape other than \n \r \t \e \\ \xHH.</source>
@@ -494,7 +494,7 @@
     </message>
     <message>
         <source>List the keys of the console and its plots</source>
-        <translation>Die Tasten der Konsole und ihrer Kurven auflisten</translation>
+        <translation>Die Tasten der Konsole und ihrer Diagramme auflisten</translation>
     </message>
     <message>
         <source>Version of the console</source>
@@ -556,7 +556,7 @@
     </message>
     <message>
         <source>Analysis of this plot: regions, fits, peaks, energy calibration</source>
-        <translation>Auswertung dieses Plots: Bereiche, Anpassungen, Peaks, Energiekalibrierung</translation>
+        <translation>Auswertung dieses Diagramms: Bereiche, Anpassungen, Peaks, Energiekalibrierung</translation>
     </message>
     <message>
         <source>Regions...</source>
@@ -1100,7 +1100,7 @@
     </message>
     <message>
         <source>Run the action of the alert</source>
-        <translation>Tun, was der Hinweis vorschlägt</translation>
+        <translation>Die Aktion des Hinweises ausführen</translation>
     </message>
     <message>
         <source>Fit the limits of the colours to the data</source>
@@ -1111,7 +1111,7 @@
     <name>Windows</name>
     <message>
         <source>The current values that the server reports</source>
-        <translation>Was der Server jetzt von sich berichtet</translation>
+        <translation>Die aktuellen Werte, die der Server meldet</translation>
     </message>
     <message>
         <source>Stat Snapshot</source>
@@ -1123,7 +1123,7 @@
     </message>
     <message>
         <source>The current settings of the server</source>
-        <translation>Die Einstellungen, mit denen der Server jetzt arbeitet</translation>
+        <translation>Die aktuellen Einstellungen des Servers</translation>
     </message>
     <message>
         <source>Setting Snapshot</source>
@@ -1199,7 +1199,7 @@
     </message>
     <message>
         <source>The positions of the events of one module, live</source>
-        <translation>Wo die Ereignisse eines Moduls liegen, live</translation>
+        <translation>Die Positionen der Ereignisse eines Moduls, live</translation>
     </message>
     <message>
         <source>Image</source>
@@ -1235,7 +1235,7 @@
     </message>
     <message>
         <source>%1 was not set as the base path: %2</source>
-        <translation>%1 ist jetzt nicht der Basispfad: %2</translation>
+        <translation>%1 wurde nicht als Basispfad gesetzt: %2</translation>
     </message>
     <message>
         <source>Base Path</source>
@@ -1251,7 +1251,7 @@
     </message>
     <message>
         <source>The values that the server reports, live</source>
-        <translation>Was der Server von sich berichtet, live</translation>
+        <translation>Die Werte, die der Server meldet, live</translation>
     </message>
     <message>
         <source>&amp;Base Path...</source>
@@ -1307,7 +1307,7 @@
     </message>
     <message>
         <source>The measured spectrum of the server&apos;s option --spectrum</source>
-        <translation>Das Spektrum, das der Server mit --spectrum bekommen hat</translation>
+        <translation>Das gemessene Spektrum der Option --spectrum des Servers</translation>
     </message>
     <message>
         <source>Choose which of the server&apos;s histograms to open</source>
@@ -1499,8 +1499,8 @@
     <message numerus="yes">
         <source>“%1” was given up; %Ln later command(s) got no reply.</source>
         <translation>
-            <numerusform>„%1“ ist aufgegeben; %Ln Befehl dahinter blieb ohne Antwort.</numerusform>
-            <numerusform>„%1“ ist aufgegeben; %Ln Befehle dahinter blieben ohne Antwort.</numerusform>
+            <numerusform>„%1“ wurde aufgegeben; %Ln späterer Befehl blieb ohne Antwort.</numerusform>
+            <numerusform>„%1“ wurde aufgegeben; %Ln spätere Befehle blieben ohne Antwort.</numerusform>
         </translation>
     </message>
     <message>
@@ -1865,7 +1865,7 @@
     </message>
     <message>
         <source>Show all texts in the language of the desktop</source>
-        <translation>Alle Texte in der Sprache der Arbeitsfläche zeigen</translation>
+        <translation>Alle Texte in der Sprache des Desktops zeigen</translation>
     </message>
 </context>
 <context>
@@ -1999,7 +1999,7 @@
     </message>
     <message>
         <source>(the file was replaced by another one)</source>
-        <translation>(eine andere Datei hat ihren Namen bekommen)</translation>
+        <translation>(die Datei wurde durch eine andere ersetzt)</translation>
     </message>
     <message>
         <source>Type the text to find first</source>
@@ -2015,11 +2015,11 @@
     </message>
     <message>
         <source>%1 cannot be read: %2. It is shown as soon as it can be read.</source>
-        <translation>%1 lässt sich nicht lesen: %2. Die Datei wird gezeigt, sobald sie da ist.</translation>
+        <translation>%1 lässt sich nicht lesen: %2. Die Datei wird gezeigt, sobald sie lesbar ist.</translation>
     </message>
     <message>
         <source>The file was removed. A new file of this name is shown as soon as it exists.</source>
-        <translation>Die Datei ist verschwunden. Eine neue dieses Namens wird gezeigt, sobald sie da ist.</translation>
+        <translation>Die Datei wurde entfernt. Eine neue Datei dieses Namens wird gezeigt, sobald es sie gibt.</translation>
     </message>
     <message>
         <source>Following the file.</source>
@@ -2202,15 +2202,15 @@
     </message>
     <message>
         <source>The last server cannot be used. %1</source>
-        <translation>Der Server vom letzten Mal ist nicht verwendbar. %1</translation>
+        <translation>Der letzte Server ist nicht verwendbar. %1</translation>
     </message>
     <message>
         <source>The settings file %1 is not valid. Settings are not stored.</source>
-        <translation>Die Datei %1 ist nicht lesbar: Ihre Form ist falsch. Was die Konsole sich merkt, geht verloren.</translation>
+        <translation>Die Einstellungsdatei %1 ist ungültig. Einstellungen werden nicht gespeichert.</translation>
     </message>
     <message>
         <source>The settings file %1 cannot be written. Commands, windows and the server are not stored.</source>
-        <translation>Die Datei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gemerkt.</translation>
+        <translation>Die Einstellungsdatei %1 ist nicht beschreibbar. Befehle, Fenster und Server werden nicht gespeichert.</translation>
     </message>
     <message>
         <source>&amp;Start Server</source>
@@ -2285,7 +2285,7 @@
     </message>
     <message>
         <source>%1 is not a valid range of modules</source>
-        <translation>%1 ist kein Bereich von Modulen</translation>
+        <translation>%1 ist kein gültiger Bereich von Modulen</translation>
     </message>
     <message>
         <source>Type the number of a module</source>
@@ -2300,7 +2300,7 @@
     <name>console::ModulesWindow</name>
     <message>
         <source>No reply: %1. It is not known whether a module has executed the command: check with stat or setting.</source>
-        <translation>Keine Antwort: %1. Ob ein Modul gehorcht hat, ist nicht bekannt: fragen Sie es mit stat oder setting.</translation>
+        <translation>Keine Antwort: %1. Ob ein Modul den Befehl ausgeführt hat, ist nicht bekannt: prüfen Sie es mit stat oder setting.</translation>
     </message>
     <message>
         <source>no reply</source>
@@ -2366,7 +2366,7 @@
     </message>
     <message>
         <source>Given up. It is not known whether a module has executed the command: check with stat or setting.</source>
-        <translation>Aufgegeben. Ob ein Modul gehorcht hat, ist nicht bekannt: fragen Sie es mit stat oder setting.</translation>
+        <translation>Aufgegeben. Ob ein Modul den Befehl ausgeführt hat, ist nicht bekannt: prüfen Sie es mit stat oder setting.</translation>
     </message>
     <message>
         <source>given up</source>
@@ -2469,7 +2469,7 @@
     </message>
     <message>
         <source>Plots on black in a grey frame, the original look</source>
-        <translation>Diagramme auf Schwarz in grauem Rahmen</translation>
+        <translation>Diagramme auf Schwarz in grauem Rahmen, das ursprüngliche Aussehen</translation>
     </message>
 </context>
 <context>
@@ -2519,11 +2519,11 @@
     <name>console::RunControl</name>
     <message>
         <source>The connection broke before the server answered “%1” (%2). Check the state of the run before you try again.</source>
-        <translation>Die Verbindung brach ab, bevor der Server auf „%1“ geantwortet hat (%2). Sehen Sie nach dem Zustand des Laufs, bevor Sie es wieder versuchen.</translation>
+        <translation>Die Verbindung brach ab, bevor der Server auf „%1“ geantwortet hat (%2). Prüfen Sie den Zustand des Laufs, bevor Sie es erneut versuchen.</translation>
     </message>
     <message>
         <source>Needs a connected server</source>
-        <translation>Braucht einen verbundenen Server</translation>
+        <translation>Nur mit verbundenem Server</translation>
     </message>
     <message>
         <source>Wait until the server has answered</source>
@@ -2582,7 +2582,7 @@
     </message>
     <message>
         <source>Number of the current or last run</source>
-        <translation>Nummer des jetzigen oder letzten Laufs</translation>
+        <translation>Nummer des aktuellen oder letzten Laufs</translation>
     </message>
     <message>
         <source>Whether the server is acquiring data</source>
@@ -2602,7 +2602,7 @@
     </message>
     <message>
         <source>Current number of events per second</source>
-        <translation>Ereignisse pro Sekunde, zuletzt</translation>
+        <translation>Aktuelle Zahl der Ereignisse pro Sekunde</translation>
     </message>
     <message>
         <source>Begin the next run (the command start)</source>
@@ -2807,7 +2807,7 @@
     </message>
     <message>
         <source>The server %1 has ended unexpectedly (%2). Start it again to go on.</source>
-        <translation>Der Server %1 hat sich beendet (%2). Starten Sie ihn erneut, um weiterzuarbeiten.</translation>
+        <translation>Der Server %1 hat sich unerwartet beendet (%2). Starten Sie ihn erneut, um weiterzuarbeiten.</translation>
     </message>
     <message>
         <source>The server %1 has ended before it was ready (%2). Start it again, or choose another.</source>
@@ -2847,7 +2847,7 @@
     </message>
     <message>
         <source>%1 runs, but does not send the prompt “%2”. Choose the server with the correct prompt.</source>
-        <translation>%1 läuft, meldet sich aber nicht mit dem Prompt „%2“. Wählen Sie den Server mit seinem eigenen Prompt.</translation>
+        <translation>%1 läuft, meldet sich aber nicht mit dem Prompt „%2“. Wählen Sie den Server mit dem richtigen Prompt.</translation>
     </message>
     <message>
         <source>The host of %1 was not found. Check its name.</source>
@@ -2855,11 +2855,11 @@
     </message>
     <message>
         <source>Nothing answers at %1: the connection was refused.</source>
-        <translation>Unter %1 antwortet niemand: Die Verbindung wurde abgelehnt.</translation>
+        <translation>Unter %1 antwortet kein Server: Die Verbindung wurde abgelehnt.</translation>
     </message>
     <message>
         <source>Nothing answers at %1 within %2 s.</source>
-        <translation>Unter %1 antwortet innerhalb von %2 s niemand.</translation>
+        <translation>Unter %1 antwortet innerhalb von %2 s kein Server.</translation>
     </message>
     <message>
         <source>No connection to %1: %2.</source>
@@ -2985,7 +2985,7 @@
     </message>
     <message>
         <source>Saved. Later edits are not saved yet.</source>
-        <translation>Gespeichert, bis auf das seither Eingegebene.</translation>
+        <translation>Gespeichert. Spätere Änderungen sind noch nicht gespeichert.</translation>
     </message>
 </context>
 <context>
@@ -3023,7 +3023,7 @@
     <name>console::SettingsModel</name>
     <message>
         <source>%1 contains a space, which would end it in the request.</source>
-        <translation>%1 enthält ein Leerzeichen, das ihn auf dem Weg zum Server abschneiden würde.</translation>
+        <translation>%1 enthält ein Leerzeichen, das ihn in der Anfrage beenden würde.</translation>
     </message>
     <message>
         <source>%1 contains a control character.</source>
@@ -3039,7 +3039,7 @@
     </message>
     <message>
         <source>The name contains a colon, which would end it in the request.</source>
-        <translation>Der Name enthält einen Doppelpunkt, der ihn auf dem Weg zum Server abschneiden würde.</translation>
+        <translation>Der Name enthält einen Doppelpunkt, der ihn in der Anfrage beenden würde.</translation>
     </message>
     <message>
         <source>The value contains a colon, which changes its meaning for the server.</source>
@@ -3055,7 +3055,7 @@
     </message>
     <message>
         <source>This setting was not read from the server yet, or does not exist there.</source>
-        <translation>Der Server wurde noch nicht nach dieser Einstellung gefragt, oder er hat sie nicht.</translation>
+        <translation>Diese Einstellung wurde noch nicht vom Server gelesen, oder es gibt sie dort nicht.</translation>
     </message>
     <message>
         <source>Changed here. The server has “%1”.</source>
@@ -3083,7 +3083,7 @@
     </message>
     <message>
         <source>“%1” is not a valid value for “%2”: it must be an integer.</source>
-        <translation>„%1“ ist kein Wert für „%2“: es muss eine ganze Zahl sein.</translation>
+        <translation>„%1“ ist kein gültiger Wert für „%2“: es muss eine ganze Zahl sein.</translation>
     </message>
     <message>
         <source>Folder of the data on the server</source>
@@ -3114,7 +3114,7 @@
     <name>console::SettingsPanel</name>
     <message>
         <source>The base path %1 is being sent.</source>
-        <translation>Der Basispfad %1 geht an den Server.</translation>
+        <translation>Der Basispfad %1 wird gesendet.</translation>
     </message>
     <message>
         <source>Reading...</source>
@@ -3150,7 +3150,7 @@
     </message>
     <message>
         <source>Remove the selected setting here</source>
-        <translation>Die gewählte Einstellung hier vergessen</translation>
+        <translation>Die gewählte Einstellung hier entfernen</translation>
     </message>
     <message>
         <source>Choose a setting in the table first</source>
@@ -3178,7 +3178,7 @@
     </message>
     <message>
         <source>Reading the settings of the server...</source>
-        <translation>Was der Server hat, wird eingelesen...</translation>
+        <translation>Die Einstellungen des Servers werden eingelesen...</translation>
     </message>
     <message numerus="yes">
         <source>Sending %Ln line(s)...</source>
@@ -3204,11 +3204,11 @@
     </message>
     <message>
         <source>Not connected. Showing the settings that were last read.</source>
-        <translation>Nicht verbunden; wie zuletzt vom Server gelesen.</translation>
+        <translation>Nicht verbunden. Gezeigt sind die zuletzt gelesenen Einstellungen.</translation>
     </message>
     <message>
         <source>No settings were read yet.</source>
-        <translation>Noch wurde kein Server gefragt.</translation>
+        <translation>Noch wurden keine Einstellungen gelesen.</translation>
     </message>
     <message>
         <source>Choose the folder of the data on the server</source>
@@ -3217,13 +3217,13 @@
     <message numerus="yes">
         <source>The server has restarted. %Ln setting(s) sent before are not on it: send the settings again.</source>
         <translation>
-            <numerusform>Der Server hat neu begonnen. %Ln zuvor gesendete Einstellung fehlt ihm: senden Sie die Einstellungen noch einmal.</numerusform>
-            <numerusform>Der Server hat neu begonnen. %Ln zuvor gesendete Einstellungen fehlen ihm: senden Sie die Einstellungen noch einmal.</numerusform>
+            <numerusform>Der Server wurde neu gestartet. %Ln zuvor gesendete Einstellung fehlt ihm: senden Sie die Einstellungen noch einmal.</numerusform>
+            <numerusform>Der Server wurde neu gestartet. %Ln zuvor gesendete Einstellungen fehlen ihm: senden Sie die Einstellungen noch einmal.</numerusform>
         </translation>
     </message>
     <message>
         <source>The base path is kept until settings are sent.</source>
-        <translation>Der Basispfad wird aufgehoben, bis Einstellungen gesendet werden.</translation>
+        <translation>Der Basispfad bleibt gespeichert, bis Einstellungen gesendet werden.</translation>
     </message>
     <message>
         <source>Send the settings to the server</source>
@@ -3239,7 +3239,7 @@
     </message>
     <message>
         <source>Keep the base path until settings are sent</source>
-        <translation>Den Basispfad aufheben, bis Einstellungen gesendet werden</translation>
+        <translation>Den Basispfad behalten, bis Einstellungen gesendet werden</translation>
     </message>
     <message>
         <source>Store the address in the settings; then send the settings</source>

@@ -37,8 +37,8 @@
     <message numerus="yes">
         <source>“%1” was given up; %Ln later command(s) got no reply.</source>
         <translation>
-            <numerusform>“%1” is given up; %Ln command behind it got no reply.</numerusform>
-            <numerusform>“%1” is given up; %Ln commands behind it got no reply.</numerusform>
+            <numerusform>“%1” was given up; %Ln later command got no reply.</numerusform>
+            <numerusform>“%1” was given up; %Ln later commands got no reply.</numerusform>
         </translation>
     </message>
 </context>
