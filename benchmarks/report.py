@@ -88,8 +88,9 @@ def table(runs):
 def report(results, sources):
     yield "# Speed"
     yield ""
-    yield "Written by `script/bench --report`; do not edit. Ratios are of two ways to do the same work in one run: below 1"
-    yield "means faster than the peer or the spelt-out way. Absolute times belong to the machine and to what else ran on it."
+    yield "Written by `script/bench --report`; do not edit. Ratios compare two ways to do the same work in one run. A column `a/b`"
+    yield "is the time of a divided by that of b; `x peer` and `x spelt` are how many times faster ours is. Other ratios are our time"
+    yield "divided by the peer's, so below 1 is faster. Absolute times depend on the machine and its other load."
     yield ""
     revision = output_of("git", "-C", str(sources), "describe", "--always")
     # The report itself is being written.
