@@ -1,5 +1,6 @@
 #include "plots/plottools.h"
 
+#include "plots/plotlinks.h"
 #include "plots/plotpanels.h"
 
 #include <tarnis/dialogs/graph1ddialog.h>
@@ -100,6 +101,7 @@ void addToolBar(QWidget& window)
     attachTools(*plot);
     auto* const bar = new tarnis::PlotToolBar(plot, &window);
     layout->insertWidget(0, bar);
+    addLinks(*bar);
     addPanels(*bar);
     bar->addAction(newCopyAction(*plot));
     plot->setFocus(Qt::OtherFocusReason); // its keys work at once

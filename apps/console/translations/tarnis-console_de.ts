@@ -549,6 +549,29 @@
     </message>
 </context>
 <context>
+    <name>PlotLinks</name>
+    <message>
+        <source>Link</source>
+        <translation>Koppeln</translation>
+    </message>
+    <message>
+        <source>Link %1</source>
+        <translation>Gekoppelt: %1</translation>
+    </message>
+    <message>
+        <source>Link this plot with others: plots of a group show the same range of axes of the same name</source>
+        <translation>Diesen Plot mit anderen koppeln: Plots einer Gruppe zeigen denselben Bereich gleichnamiger Achsen</translation>
+    </message>
+    <message>
+        <source>Not Linked</source>
+        <translation>Nicht gekoppelt</translation>
+    </message>
+    <message>
+        <source>Group %1</source>
+        <translation>Gruppe %1</translation>
+    </message>
+</context>
+<context>
     <name>PlotPanels</name>
     <message>
         <source>Analysis</source>

@@ -1,0 +1,174 @@
+// Groups of linked plots: which axes share a range, how plots join and leave, what is stored.
+#include "plots/plotlinks.h"
+#include "support/wait.h"
+
+#include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plottoolbar.h>
+#include <tarnis/tools/plotview.h>
+
+#include <QAction>
+#include <QMenu>
+#include <QPointer>
+#include <QTest>
+#include <QToolButton>
+
+using namespace console;
+
+namespace {
+
+/// A plot with its bar.
+template <typename Plot> struct LinkedPlot {
+    LinkedPlot(const QString& nameX, const QString& nameY)
+    {
+        plot.init(nameX, nameY, 100.0, 50.0, true, true);
+        addLinks(bar);
+    }
+    PlotLink& link() const { return *plot.template findChild<PlotLink*>(); }
+    QAction& action() { return *bar.actions().constFirst(); }
+    void choose(const char* group) { bar.template findChild<QAction*>(QLatin1StringView(group))->trigger(); }
+    void showX(double min, double max)
+    {
+        plot.onAutoScaleX(false);
+        plot.setMinMaxX(min, max);
+        plot.refreshPixmap();
+    }
+    void showY(double min, double max)
+    {
+        plot.onAutoScaleY(false);
+        plot.setMinMaxY(min, max);
+        plot.refreshPixmap();
+    }
+    std::pair<double, double> x()
+    {
+        std::pair<double, double> ends;
+        plot.getMinMaxX(ends.first, ends.second);
+        return ends;
+    }
+    std::pair<double, double> y()
+    {
+        std::pair<double, double> ends;
+        plot.getMinMaxY(ends.first, ends.second);
+        return ends;
+    }
+
+    Plot plot;
+    tarnis::PlotToolBar bar { &plot };
+};
+using Curve = LinkedPlot<VectorGraphWidget>;
+using Map = LinkedPlot<XY2DGraphWidget>;
+using Range = std::pair<double, double>;
+
+const QString timeName = QStringLiteral("Time [us]");
+const QString countsName = QStringLiteral("Counts");
+
+} // namespace
+
+class TestConsoleLinks : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void plotsOfAGroupShareTheAxisOfTheSameName()
+    {
+        Curve first(timeName, countsName);
+        Curve second(timeName, countsName);
+        Curve energies(QStringLiteral("Energy [keV]"), countsName);
+        for (Curve* const curve : { &first, &second, &energies })
+            curve->choose("linkGroupA");
+        const Range before = energies.x();
+        first.showX(20.0, 30.0);
+        TRY_COMPARE(second.x(), Range(20.0, 30.0));
+        QCOMPARE(energies.x(), before);
+        second.showX(5.0, 6.0);
+        TRY_COMPARE(first.x(), Range(5.0, 6.0));
+    }
+
+    void countsOfCurvesStayTheirOwn()
+    {
+        Curve first(timeName, countsName);
+        Curve second(timeName, countsName);
+        first.choose("linkGroupA");
+        second.choose("linkGroupA");
+        const Range before = second.y();
+        first.showY(1.0, 2.0);
+        first.showX(20.0, 30.0);
+        TRY_COMPARE(second.x(), Range(20.0, 30.0));
+        QCOMPARE(second.y(), before);
+    }
+
+    void aMapSharesBothAxes()
+    {
+        Map map(QStringLiteral("X"), timeName);
+        Map other(QStringLiteral("X"), timeName);
+        Curve curve(timeName, countsName);
+        map.choose("linkGroupB");
+        other.choose("linkGroupB");
+        curve.choose("linkGroupB");
+        map.showX(1.0, 2.0);
+        map.showY(3.0, 4.0);
+        TRY_COMPARE(other.x(), Range(1.0, 2.0));
+        TRY_COMPARE(other.y(), Range(3.0, 4.0));
+        TRY_COMPARE(curve.x(), Range(3.0, 4.0));
+    }
+
+    void groupsAreApartAndCanBeLeft()
+    {
+        Curve first(timeName, countsName);
+        Curve second(timeName, countsName);
+        Curve third(timeName, countsName);
+        first.choose("linkGroupA");
+        second.choose("linkGroupA");
+        third.choose("linkGroupB");
+        const Range before = third.x();
+        second.choose("linkGroup"); // not linked
+        first.showX(20.0, 30.0);
+        third.choose("linkGroupA"); // the range of the group
+        TRY_COMPARE(third.x(), Range(20.0, 30.0));
+        QCOMPARE(second.x(), before);
+    }
+
+    void aClosedPlotLeavesItsGroup()
+    {
+        Curve first(timeName, countsName);
+        first.choose("linkGroupA");
+        {
+            Curve second(timeName, countsName);
+            second.choose("linkGroupA");
+        }
+        first.showX(20.0, 30.0);
+        Curve third(timeName, countsName);
+        third.choose("linkGroupA");
+        TRY_COMPARE(third.x(), Range(20.0, 30.0));
+    }
+
+    void theButtonNamesTheGroup()
+    {
+        Curve curve(timeName, countsName);
+        QCOMPARE(curve.action().text(), QStringLiteral("Link"));
+        curve.choose("linkGroupC");
+        QCOMPARE(curve.action().text(), QStringLiteral("Link C"));
+        curve.choose("linkGroup");
+        QCOMPARE(curve.action().text(), QStringLiteral("Link"));
+        QPointer<QMenu> menu = curve.action().menu();
+        delete &curve.link();
+        TRY_VERIFY(menu.isNull());
+    }
+
+    void theGroupIsPartOfTheView()
+    {
+        Curve first(timeName, countsName);
+        first.showX(20.0, 30.0);
+        first.choose("linkGroupA");
+        const QJsonObject state = tarnis::PlotView::stateOf(first.plot);
+        Curve second(timeName, countsName);
+        QCOMPARE(tarnis::PlotView::apply(second.plot, state), QString());
+        QCOMPARE(second.link().group(), QStringLiteral("A"));
+        second.showX(40.0, 50.0);
+        TRY_COMPARE(first.x(), Range(40.0, 50.0));
+        second.link().restoreState({ { QStringLiteral("group"), QStringLiteral("unknown") } });
+        QCOMPARE(second.link().group(), QStringLiteral("A"));
+    }
+};
+
+QTEST_MAIN(TestConsoleLinks)
+#include "tst_consolelinks.moc"
