@@ -90,7 +90,7 @@ Outcome checkOutputName(const QString& path)
         return Failure { .code = WrongUsage, .text = "the name of the output is empty: give -o FILE" };
     if (name.startsWith(u'.') && suffixes.contains(name.mid(1).toLower()))
         return Failure { .code = WrongUsage,
-            .text = QStringLiteral("'%1' has nothing in front of the '%2': give -o a whole name").arg(path, name) };
+            .text = QStringLiteral("'%1' has nothing in front of the '%2': give -o a complete name").arg(path, name) };
     return std::nullopt;
 }
 

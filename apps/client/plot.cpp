@@ -10,7 +10,7 @@ const Command plotCommand {
                 "                   [--map NAME] [--levels P0:P1] [--title T] [--theme NAME] [--residuals] [server options]",
     .summary = "draws a figure of files and of histograms of the server",
     .description = "Draws spectra, or one map, into a figure. FILE is CSV (one column of counts, or x and counts; # begins a comment),\n"
-                   ".npy, .h5 or .spe. A word that is no such file is the NAME of a histogram of the server. Several spectra are drawn\n"
+                   ".npy, .h5 or .spe. Any other word is the NAME of a histogram of the server. Several spectra are drawn\n"
                    "into one plot with a legend, each over its own x axis. The file - is standard input.",
     .options = serverOptions()
         + QList<Option> {
