@@ -184,7 +184,7 @@ void Verdict::judgeExcess(int peak)
         (isInside ? inside : outside) += m_problem.contents()[i];
         (isInside ? restInside : restOutside) += std::max(0.0, m_result.modelContents[i] - own);
     }
-    // Of a rest that is 0 but for rounding the share inside means nothing.
+    // If the rest is 0 except for rounding, the share inside is meaningless.
     const double rest = restInside + restOutside;
     if (!(rest > 1e-9 * m_result.modelSum))
         return;

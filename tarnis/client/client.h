@@ -60,8 +60,8 @@ struct TARNIS_EXPORT ClientOptions {
 /// All functions must be called on the client's thread. Between its construction and the first connectTo() it may be
 /// moved to another thread. It may be deleted at any time, also by a slot connected to its signals, a continuation or a
 /// progress callback; its destructor ends every request and emits nothing. Each of them may also run an event loop of
-/// its own, such as that of a message box: the client goes on meanwhile. Continuations without a context object run on
-/// the client's thread. Nothing ends while that thread is blocked: do not call waitForFinished() or result() of a
+/// its own, such as that of a message box: the client continues meanwhile. Continuations without a context object run
+/// on the client's thread. Nothing ends while that thread is blocked: do not call waitForFinished() or result() of a
 /// request there before it has ended. Cancelling the request's future cancels the request; cancelling what then()
 /// returned does not.
 class TARNIS_EXPORT Client : public QObject {

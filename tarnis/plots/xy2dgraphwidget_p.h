@@ -53,17 +53,17 @@ public:
     void setRect(tarnis::AxisRange x, tarnis::AxisRange y);
     void paint(QPainter& painter);
 
-    /// Takes hold of the edge near a point, for a drag or for its editor. False if no edge is near.
+    /// Selects the edge near a point, for a drag or for its editor. False if no edge is near.
     bool takeEdge(Qt::MouseButton button, const QPoint& point);
     void finishDrag(const QPoint& point);
-    /// Moves the edge in the editor, unless the value is out of sight.
+    /// Moves the edge in the editor, unless the value is not visible.
     void enterEdge(double value);
 
-    /// Opens what is missing of the range box and the windows.
+    /// Opens the range box and the windows that are not open.
     void open();
-    /// Makes the sums again.
+    /// Recomputes the sums.
     void fill();
-    /// Puts box and windows beside the plot.
+    /// Places the box and the windows beside the plot.
     void place();
     void close();
     void raise();

@@ -42,7 +42,7 @@ public:
     XYGraphWidget* plot() const { return observedPlot(); }
     /// The tools that are attached to a plot, in the order of their attachment.
     static QList<InteractiveTool*> toolsOf(const XYGraphWidget& plot);
-    /// Takes back the drags under way on a plot, as hiding it does: before its view is stored, for example.
+    /// Cancels the drags under way on a plot, as hiding it does. Call it before its view is stored, for example.
     static void cancelDrags(XYGraphWidget& plot);
 
     /// The actions of the tool for tool bars and menus, in the order of display. They are owned by the tool and follow
@@ -58,9 +58,9 @@ public:
     /// The tool's part of a stored view.
     ///
     /// stateName() is its key, the class name without namespaces here. saveState() returns settings and positions in
-    /// units of the axes, and an empty object if there is nothing to store, as here. restoreState() takes over what it
-    /// knows, keeps the present value for a key that is missing or has a value out of range, and ignores unknown keys;
-    /// it never fails. @{
+    /// units of the axes, and an empty object if there is nothing to store, as here. restoreState() sets known keys,
+    /// keeps the current value for a key that is missing or has a value out of range, and ignores unknown keys; it
+    /// never fails. @{
     virtual QString stateName() const;
     virtual QJsonObject saveState() const;
     virtual void restoreState(const QJsonObject& state);

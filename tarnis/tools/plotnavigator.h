@@ -18,22 +18,19 @@ namespace tarnis {
 /// Attached to a plot, it adds these gestures; all other events are handled by the plot.
 ///
 /// - Wheel over the plot: zooms at the pointer, curves along X, maps along both axes; with Shift along Y, with Ctrl
-/// along
-///   both. Wheel over an axis: that axis. Wheel over the colour bar of a map: the upper limit, with Shift the lower
-///   one. Inside a scroll area, the wheel without Ctrl only works if the plot has the keyboard focus.
+///   along both. Wheel over an axis: that axis. Wheel over the colour bar of a map: the upper limit, with Shift the
+///   lower one. Inside a scroll area, the wheel without Ctrl only works if the plot has the keyboard focus.
 /// - Middle drag: moves the plot, begun on an axis along that axis. Escape cancels it.
 /// - Double click, while no mouse tool is active: both axes follow the data again; on an axis, only that axis.
 /// - Backspace and Alt+Left go back to the previous view, Alt+Right forward again; so do the side buttons of a mouse.
 /// - Arrows move, plus and minus zoom along X, Page Up and Page Down along Y, Home shows everything; G switches the
-/// grid,
-///   L the logarithmic scale.
+///   grid, L the logarithmic scale.
 ///
 /// A change by the user stops automatic scaling of that axis only; a click on the mark "X held" or "Y held" on the plot
 /// resumes it. Such a range is kept when the host sets up the axis again with initManualX() or initManualY(), if the
-/// new axis overlaps it. Zooming is limited to 4 bins (a quarter of fewer than 16), 1 count or a tenth of a decade, and
-/// at
-/// 1.2 times the data. The history keeps 50 views: ranges, limits of colours, scale type and which axes follow the
-/// data. Each gesture, including those of the plot's own tools, is one entry; new data make no entry.
+/// new axis overlaps it. Zooming in is limited to 4 bins (a quarter of fewer than 16), 1 count or a tenth of a decade,
+/// zooming out to 1.2 times the data. The history keeps 50 views: ranges, limits of colours, scale type and which axes
+/// follow the data. Each gesture, including those of the plot's own tools, is one entry; new data make no entry.
 class TARNIS_EXPORT PlotNavigator : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 

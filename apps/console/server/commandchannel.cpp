@@ -11,7 +11,7 @@ namespace console {
 
 namespace {
 
-// A command may take as long as the server shows that it is there.
+// A command has no deadline as long as the server responds.
 constexpr std::chrono::seconds silence(40);
 constexpr std::chrono::seconds connectTime(30);
 constexpr qint64 maxReply = qint64(1) << 30;

@@ -27,8 +27,8 @@ QPoint rounded(QPointF point)
     return { roundedUp(point.x()), roundedUp(point.y()) };
 }
 
-/// The first of the pixels that a pen covers on one axis, between the edges of the device that a pixel of the painter
-/// becomes.
+/// The first pixel that a pen covers on one axis. `from` and `to` are the edges, in device pixels, of one pixel of the
+/// painter.
 int firstOf(int from, int to, int thickness)
 {
     return to >= from ? from : from - thickness;
@@ -82,7 +82,7 @@ public:
         return { firstOf(from.x(), to.x(), m_thickness), firstOf(from.y(), to.y(), m_thickness) };
     }
 
-    /// Where the engine has to put the middle of the pen for that.
+    /// The position for the middle of the pen that results in these pixels.
     QPoint at(QPointF point) const { return firstAt(point) + QPoint(m_thickness / 2, m_thickness / 2); }
 
     /// The pixels of a solid line, if it is parallel to an axis of the device.
@@ -193,7 +193,7 @@ void DevicePixels::drawFrame(QPainter& painter, const QRect& rect, const QColor&
 void DevicePixels::drawLines(QPainter& painter, const QList<QLineF>& lines) const
 {
     const PenOnDevice pen(*this, painter);
-    // The engine lets a wide line that leaves the device begin a pixel early.
+    // In the engine a wide line that leaves the device begins a pixel early.
     const bool isSolid = painter.pen().style() == Qt::SolidLine;
     QList<QLine> others;
     for (const QLineF& line : lines) {

@@ -1,4 +1,4 @@
-// Pictures with the pixels of the painter's device, laid over what is there.
+// Pictures with the pixels of the painter's device, drawn over its content.
 #pragma once
 
 #include <QColor>

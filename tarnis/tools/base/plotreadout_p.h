@@ -61,7 +61,7 @@ QString readOutNumber(double value);
 /// Formats a number for a table: all digits of integers, seventeen of others, which restore a double exactly.
 QString exactNumber(double value);
 
-/// A table to the clipboard; an empty one leaves it as it is.
+/// Copies a table to the clipboard; an empty one does not change it.
 void copyTable(const QString& table);
 
 } // namespace tarnis

@@ -75,7 +75,7 @@ void PlotCrosshair::togglePin()
     if (mapping.isValid()) // the pointer is on a tool bar: move the cross to the middle
         pinAt(isShown() ? value(mapping) : mapping.valueAt(QRectF(mapping.plotRect()).center()));
     else
-        updateActions(); // the switch goes back
+        updateActions(); // unchecks the action again
 }
 
 void PlotCrosshair::updateActions()

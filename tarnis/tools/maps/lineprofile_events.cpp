@@ -183,7 +183,7 @@ bool LineProfile::handleRelease(const QMouseEvent& event)
     return true;
 }
 
-/// A click on the map, to activate its window for example, draws no line: it would replace the one that is there.
+/// A click on the map, to activate its window for example, draws no line, because that would replace the existing one.
 bool LineProfile::isTooShort() const
 {
     const Shape line = shape(PlotMapping::of(*plot()));

@@ -141,7 +141,7 @@ void PlotKeyboard::Internals::openLimit(bool isUpper)
         isUpper ? PlotKeyboard::tr("Upper limit of the colours") : PlotKeyboard::tr("Lower limit of the colours"));
     if (!wasAuto || edit == nullptr)
         return;
-    // An editor that is left without a number lets the colours be automatic again.
+    // Closing an editor without a number makes the colours automatic again.
     const auto isEntered = std::make_shared<bool>(false);
     connect(edit, &QLineEdit::returnPressed, this, [isEntered] { *isEntered = true; });
     connect(

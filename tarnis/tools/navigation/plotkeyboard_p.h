@@ -14,7 +14,7 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
-/// The key that goes round the boxes of a plot.
+/// The key that moves the focus to the next box of a plot.
 constexpr int boxKey = Qt::Key_F6;
 
 /// The tool of a plot; null without one.
@@ -38,7 +38,7 @@ public:
     void addEntries(QMenu& menu);
 
     QPointer<QFocusFrame> frame; ///< while the plot has the keyboard
-    QList<QPointer<QObject>> children; ///< that the plot has had: its boxes, wherever a host has put them
+    QList<QPointer<QObject>> children; ///< former and current children of the plot: its boxes may have another parent
     QList<QPointer<QShortcut>> shortcuts; ///< of the boxes that were visited
 
 protected:

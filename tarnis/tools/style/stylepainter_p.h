@@ -18,7 +18,7 @@ struct StyleOptions {
     PlotStyle::Theme theme = PlotStyle::Theme::Light;
     PlotStyle::CurveForm form = PlotStyle::CurveForm::AsPlot;
     PlotStyle::NumberForm numbers = PlotStyle::NumberForm::Prefixes;
-    double lineWidth = 0.0; ///< 0: 0: width of the theme
+    double lineWidth = 0.0; ///< 0: width of the theme
     double textScale = 1.0;
     bool grid = true;
     bool legend = true;
