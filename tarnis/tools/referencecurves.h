@@ -112,6 +112,7 @@ private:
     TARNIS_NO_EXPORT void renew();
     TARNIS_NO_EXPORT void placeStrip();
     TARNIS_NO_EXPORT void refreshFit() const;
+    TARNIS_NO_EXPORT void noteClearing();
     TARNIS_NO_EXPORT QRect stripRect(const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT void dropPictures();
     TARNIS_NO_EXPORT static int curveOf(

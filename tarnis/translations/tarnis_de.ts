@@ -3126,6 +3126,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <translation>, Fehler der Zählwerte seither</translation>
     </message>
     <message>
+        <source>, part of the data</source>
+        <translation>, Teil der Daten</translation>
+    </message>
+    <message>
         <source>, not scaled: the live time is unknown</source>
         <translation>, nicht skaliert: Die Lebendzeit ist unbekannt</translation>
     </message>

@@ -41,6 +41,7 @@ private Q_SLOTS:
         row("difference", Difference, 25, 11, 1, false, 14, 6);
         row("scaled difference", Difference, 20, 20, 2, false, -20, 10); // 20 + 4 * 20
         row("difference of what went on", Difference, 25, 16, 1, true, 9, 3);
+        row("scaled difference of what went on", Difference, 36, 9, 4, true, 0, std::sqrt(27 + 9 * 9));
         row("significance", Significance, 25, 11, 1, false, 14.0 / 6, 1);
         row("significance of what went on", Significance, 25, 16, 1, true, 3, 1);
         row("significance of nothing", Significance, 0, 0, 1, false, notANumber, 1);
@@ -48,6 +49,8 @@ private Q_SLOTS:
         row("ratio to nothing", Ratio, 5, 0, 1, false, notANumber, notANumber);
         row("ratio of nothing", Ratio, 0, 4, 1, false, 0, 0);
         row("ratio of what went on", Ratio, 16, 16, 1, true, 1, 0);
+        row("ratio of added counts", Ratio, 20, 4, 1, true, 5, std::sqrt((16.0 + 16 * 16 / 4.0) / 16));
+        row("scaled ratio of added counts", Ratio, 20, 4, 5, true, 1, std::sqrt((16.0 + 16 * 16 / 4.0) / 400));
         row("no counts", Difference, 2.5, 1, 1, false, 1.5, notANumber);
         row("not a number", Difference, notANumber, 1, 1, false, notANumber, notANumber);
     }
@@ -97,6 +100,14 @@ private Q_SLOTS:
         QVERIFY(!isContinuation({ 0, 9, 9 }, { 1, 2, 3 })); // cleared since
         QVERIFY(!isContinuation({ 1, 2 }, { 1, 2, 3 }));
         QVERIFY(!isContinuation({ 1, notANumber }, { 1, 2 }));
+    }
+
+    void recognisesClearedData()
+    {
+        QVERIFY(isBelow({ 1, 2, 0 }, { 1, 2, 3 }));
+        QVERIFY(!isBelow({ 1, 2, 3 }, { 1, 2, 3 }));
+        QVERIFY(!isBelow({ 1, notANumber, 4 }, { 1, 2, 3 }));
+        QVERIFY(!isBelow({ 0 }, { 1, 2, 3 }));
     }
 
     void axisIsRoundAndHoldsTheValues()

@@ -135,11 +135,31 @@ private Q_SLOTS:
         plot.setData({ 6, 8, 10, 16 });
         references.setNorm(ReferenceCurves::Norm::TotalCounts); // 40 / 20
         QCOMPARE(references.compared(0), (QList<double> { 2, 0, -2, 0 }));
+        references.setView(ReferenceCurves::View::Significance);
+        QCOMPARE(references.compared(0).at(0), 2.0 / std::sqrt(6.0)); // 4 counts since, less the 2 of the reference
+        references.setView(ReferenceCurves::View::Difference);
         references.setLiveTime(30);
         references.setNorm(ReferenceCurves::Norm::LiveTime);
         QCOMPARE(references.compared(0), (QList<double> { 0, -4, -8, -8 }));
         references.setLiveTime(std::nan("")); // unknown
         QCOMPARE(references.compared(0), (QList<double> { 4, 4, 4, 8 }));
+    }
+
+    void clearedDataAreAnotherMeasurement()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 4, 9 });
+        ReferenceCurves references(&plot);
+        references.freeze();
+        references.setView(ReferenceCurves::View::Significance);
+        plot.setData({ 8, 13 });
+        QCoreApplication::processEvents(); // reports the data
+        QCOMPARE(references.compared(0).at(0), 2.0); // 4 counts since, error 2
+        plot.setData({ 0, 0 });
+        QCoreApplication::processEvents();
+        plot.setData({ 12, 13 }); // above the reference again
+        QCoreApplication::processEvents();
+        QCOMPARE(references.compared(0).at(0), 2.0); // 8, error 4
     }
 
     void pairsCurvesByName()

@@ -35,7 +35,10 @@ ComparedBin comparedBin(Comparison comparison, double live, double reference, do
     const double scaled = norm * reference;
     const bool areCounts = isCount(live) && isCount(reference);
     const double excess = live - scaled;
-    const double variance = !areCounts ? nan : (isContained ? std::max(excess, 0.0) : live + norm * scaled);
+    const double added = std::max(live - reference, 0.0); // with (1 - norm) times the reference: the excess
+    const double variance = !areCounts ? nan
+        : isContained                  ? added + (1.0 - norm) * (1.0 - norm) * reference
+                                       : live + norm * scaled;
     switch (comparison) {
     case Comparison::Difference:
         return { excess, std::sqrt(variance) };
@@ -46,9 +49,9 @@ ComparedBin comparedBin(Comparison comparison, double live, double reference, do
     }
     if (scaled == 0.0)
         return { nan, nan };
-    // For a ratio to contained counts: 1 + new / reference, with independent errors.
-    const double relative = isContained ? variance / (scaled * scaled) + excess * excess / (scaled * scaled * scaled)
-                                        : live / (scaled * scaled) + live * live / (scaled * scaled * reference);
+    // For a ratio to contained counts: (1 + added / reference) / norm, with independent errors.
+    const double numerator = isContained ? added : live;
+    const double relative = (numerator + numerator * numerator / reference) / (scaled * scaled);
     return { live / scaled, areCounts ? std::sqrt(relative) : nan };
 }
 
@@ -83,6 +86,17 @@ bool isContinuation(const QList<double>& live, const QList<double>& reference)
         isAbove = isAbove || live.at(i) > reference.at(i);
     }
     return isAbove;
+}
+
+bool isBelow(const QList<double>& live, const QList<double>& reference)
+{
+    if (live.size() != reference.size())
+        return false;
+    for (qsizetype i = 0; i < live.size(); ++i) {
+        if (live.at(i) < reference.at(i))
+            return true;
+    }
+    return false;
 }
 
 AxisRange comparisonAxis(Comparison comparison, std::vector<double> values, const std::optional<AxisRange>& shown)

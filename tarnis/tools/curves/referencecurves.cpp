@@ -111,7 +111,7 @@ bool ReferenceCurves::freeze(const QString& name)
     if (live.isEmpty())
         return false;
     Reference reference { name.isEmpty() ? QTime::currentTime().toString(QStringLiteral("HH:mm:ss")) : name, {},
-        m_liveTime, true, {}, {} };
+        m_liveTime, true, true, {}, {} };
     for (const ShownCurve& curve : live) {
         reference.curveNames.append(curve.identity);
         reference.curves.append(samplesOf(curve));
@@ -126,7 +126,7 @@ QString ReferenceCurves::add(const Dataset& data, const QString& name)
         return tr("The data are incomplete. Choose another file or run.");
     if (data.kind == Dataset::Kind::Map)
         return tr("These are the data of a map. Choose a spectrum or curves.");
-    Reference reference { name.isEmpty() ? data.title : name, {}, data.liveTime, false, {}, {} };
+    Reference reference { name.isEmpty() ? data.title : name, {}, data.liveTime, false, false, {}, {} };
     for (qsizetype row = 0; row < data.rows; ++row) {
         const auto first = data.values.begin() + row * data.columns;
         reference.curves.append(QList<double>(first, first + data.columns));
@@ -299,8 +299,23 @@ bool ReferenceCurves::handleKey(const QKeyEvent& event)
 
 void ReferenceCurves::plotChanged(Changes changes)
 {
-    if (changes.testFlag(Data) && m_current >= 0)
-        updateOverlay();
+    if (!changes.testFlag(Data) || m_current < 0)
+        return;
+    noteClearing();
+    updateOverlay();
+}
+
+/// Once the data have been cleared they are another measurement, also after they have exceeded the reference again.
+void ReferenceCurves::noteClearing()
+{
+    const QList<Pair> all = pairs(shownCurves(*plot()));
+    for (const Pair& pair : all) {
+        Reference& reference = m_references[pair.index];
+        if (!reference.isContinued || pair.live < 0 || !isBelow(pair.samples, pair.reference))
+            continue;
+        reference.isContinued = false;
+        m_pairs->all.clear();
+    }
 }
 
 bool ReferenceCurves::isLiveTimeKnown(const Reference& reference) const
@@ -366,8 +381,7 @@ void ReferenceCurves::compare(Pair& pair) const
 {
     if (m_view == View::Over || pair.index != m_current || pair.samples.size() != pair.reference.size())
         return;
-    pair.isContained =
-        m_norm == Norm::None && m_references.at(pair.index).isFrozen && isContinuation(pair.samples, pair.reference);
+    pair.isContained = m_references.at(pair.index).isContinued && isContinuation(pair.samples, pair.reference);
     pair.values.resize(pair.reference.size());
     comparedValues(comparisonOf(m_view), pair.samples.constData(), pair.reference.constData(), pair.values.size(),
         pair.norm, pair.isContained, pair.values.data());

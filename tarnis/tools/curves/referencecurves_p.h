@@ -17,6 +17,7 @@ struct TARNIS_NO_EXPORT ReferenceCurves::Reference {
     QString path; // path of the file
     double liveTime = 0.0; // seconds; 0 if unknown
     bool isFrozen = false; // frozen from the plot
+    bool isContinued = false; // the plot's data have not been cleared since
     QList<QString> curveNames; // parallel to `curves`
     QList<QList<double>> curves;
 };

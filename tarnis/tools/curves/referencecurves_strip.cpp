@@ -284,7 +284,7 @@ void ReferenceCurves::paintTitle(QPainter& painter, const QRect& strip, bool isC
         : m_view == View::Significance    ? tr("(data − %1) / σ").arg(name)
                                           : tr("data − %1").arg(name);
     if (isContained)
-        title += tr(", errors of the counts since");
+        title += m_norm == Norm::None ? tr(", errors of the counts since") : tr(", part of the data");
     if (m_norm == Norm::LiveTime && !isLiveTimeKnown(m_references.at(m_current)))
         title += tr(", not scaled: the live time is unknown");
     paintLabel(painter, title, { strip.right() - 3, strip.top() + 3 }, Qt::AlignRight);
