@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <QStringDecoder>
 #include <QStringList>
 
 #include <algorithm>
@@ -178,9 +177,7 @@ QString fileText(const QByteArray& bytes)
         return size;
     if (bytes.contains('\0'))
         return ReplyText::tr("%1, which are not text").arg(size);
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(bytes);
-    return size + u'\n' + visibleText(decoder.hasError() ? QString::fromLatin1(bytes).toUtf8() : bytes);
+    return size + u'\n' + visibleText(bytes.isValidUtf8() ? bytes : QString::fromLatin1(bytes).toUtf8());
 }
 
 bool looksBinary(const QString& command)
