@@ -28,7 +28,7 @@ struct Decimal {
         const qsizetype e = text.indexOf(u'e');
         negative = std::signbit(value);
         digits = text.left(e).remove(u'.');
-        exponent = text.mid(e + 1).toInt() + 1;
+        exponent = QStringView(text).sliced(e + 1).toInt() + 1;
         while (digits.endsWith(u'0'))
             digits.chop(1);
         if (digits.isEmpty())
@@ -99,7 +99,8 @@ int lastPlace(double uncertainty, FigureRule rule)
         return u.placeOf(2);
     }
     u.round(u.placeOf(3));
-    const int leading = u.digits.leftJustified(3, u'0').left(3).toInt();
+    const QString padded = u.digits.leftJustified(3, u'0');
+    const int leading = QStringView(padded).first(3).toInt();
     return leading <= 354 ? u.placeOf(2) : u.placeOf(1); // from 950 on it becomes 1000, with two digits
 }
 

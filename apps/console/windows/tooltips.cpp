@@ -119,13 +119,13 @@ bool isInput(const QWidget& control)
 
 QString tipFor(const QWidget& control, const QHash<QString, QString>& tips)
 {
-    if (const QString tip = tips.value(control.objectName()); !tip.isEmpty())
+    if (QString tip = tips.value(control.objectName()); !tip.isEmpty())
         return tip;
     if (const auto* const box = qobject_cast<const QDialogButtonBox*>(control.parentWidget())) {
         auto* const button = qobject_cast<QAbstractButton*>(const_cast<QWidget*>(&control));
         return standardTip(box->standardButton(button));
     }
-    if (const QString tip = regionTip(control); !tip.isEmpty())
+    if (QString tip = regionTip(control); !tip.isEmpty())
         return tip;
     const auto* const button = qobject_cast<const QPushButton*>(&control);
     if (button && button->isCheckable() && qobject_cast<const XY2DGraphWidget*>(control.parentWidget()))
