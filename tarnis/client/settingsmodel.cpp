@@ -110,19 +110,20 @@ void SettingsModel::Private::onSettings(const Reply& reply, bool endsSend)
 void SettingsModel::Private::follow(const QMap<QString, QString>& values)
 {
     q.beginResetModel();
-    for (auto entry = settings.begin(); entry != settings.end();) {
+    // A server may format an accepted value differently.
+    const auto isEdited = [](const Setting& setting) {
+        return setting.isChanged() && (setting.sent.isNull() || setting.here != setting.sent);
+    };
+    settings.removeIf([&](const std::pair<const QString&, Setting&>& entry) {
+        return !isEdited(entry.second) && !values.contains(entry.first);
+    });
+    for (auto entry = settings.begin(); entry != settings.end(); ++entry) {
         Setting& setting = *entry;
-        // A server may format an accepted value differently.
-        const bool isEdited = setting.isChanged() && (setting.sent.isNull() || setting.here != setting.sent);
+        const bool keepsValue = isEdited(setting);
         setting.sent = QString();
-        if (!isEdited && !values.contains(entry.key())) {
-            entry = settings.erase(entry);
-            continue;
-        }
-        setting.onServer = values.contains(entry.key()) ? values.value(entry.key()) : QString();
-        if (!isEdited)
+        setting.onServer = values.value(entry.key());
+        if (!keepsValue)
             setting.here = setting.onServer;
-        ++entry;
     }
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
         // An empty value is different from a missing one.

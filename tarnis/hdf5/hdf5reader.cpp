@@ -277,7 +277,7 @@ private:
         const QStringList axes = textAttributes(group, "axes");
         if (m_data.kind == Dataset::Kind::Map && axes.value(0) == u".")
             m_data.kind = Dataset::Kind::Curves;
-        const QString error = readAxis(group, axes.value(axes.size() - 1), m_data.x, m_data.columns);
+        QString error = readAxis(group, axes.value(axes.size() - 1), m_data.x, m_data.columns);
         if (!error.isEmpty() || m_data.kind != Dataset::Kind::Map || axes.size() != 2)
             return error;
         return readAxis(group, axes.front(), m_data.y, m_data.rows);
@@ -351,7 +351,7 @@ QString read(hid_t file, qsizetype fileBytes, Dataset& data)
     if (groupName.isEmpty())
         return Texts::tr("the entry '%1' has no group of the class NXdata").arg(QString::fromUtf8(entryName));
     const Handle group(H5Gopen2(entry, groupName.constData(), H5P_DEFAULT), H5Gclose);
-    const QString error = reader.readGroup(group);
+    QString error = reader.readGroup(group);
     reader.readEntry(entry);
     return error;
 }
