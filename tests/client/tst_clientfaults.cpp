@@ -92,7 +92,7 @@ private Q_SLOTS:
             if (fault == "none")
                 QVERIFY2(future.result().isOk(), qPrintable(future.result().reason));
         }
-        QVERIFY(residentBytes() - before < (qint64(64) << 20));
+        QVERIFY(hasGrownLessThan(64, before));
 
         // The fault ends. The client recovers automatically.
         const auto cleared = control.request("fault none");

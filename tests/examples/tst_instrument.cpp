@@ -51,17 +51,6 @@ RequestOptions impatient()
     return options;
 }
 
-/// Whether the program has grown by less than a limit. The address sanitizer keeps freed memory, so any growth will do
-/// there.
-bool hasGrownLessThan(qint64 mebibytes, qint64 before)
-{
-#ifdef __SANITIZE_ADDRESS__
-    return residentBytes() > 0 && before > 0 && mebibytes > 0;
-#else
-    return residentBytes() - before < mebibytes << 20;
-#endif
-}
-
 /// The window and the actions of its user.
 class InstrumentUser {
 public:

