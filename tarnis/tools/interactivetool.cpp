@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <utility>
@@ -100,8 +101,11 @@ void InteractiveTool::setNeeds(Needs needs)
         hooks.acquireTracking();
     if (begun.testFlag(KeyboardFocus))
         hooks.acquireFocus();
-    if (begun.testFlag(ReadOut))
+    if (begun.testFlag(ReadOut)) {
         hooks.acquireReadOut();
+        if (plot()->underMouse())
+            QToolTip::hideText(); // the plot's own tip would stay beside the read-out until the next move
+    }
     if (ended.testFlag(MouseMoves))
         hooks.releaseTracking();
     if (ended.testFlag(KeyboardFocus))

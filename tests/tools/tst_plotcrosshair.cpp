@@ -21,6 +21,7 @@
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolTip>
 
 #include <cmath>
 #include <memory>
@@ -101,6 +102,21 @@ private Q_SLOTS:
         plot.setAddType(MultiVectorGraphWidget::AddAll);
         QCOMPARE(cross->table(),
             QStringLiteral("bin\tChannel lo\tChannel hi\tvalue\n1\t1\t2\t22\n")); // of those that are shown
+    }
+
+    void replacesTheTipOfThePlot()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotCrosshair cross(&plot);
+        cross.setOn(false);
+        showActive(plot);
+        plot.setAttribute(Qt::WA_UnderMouse); // the pointer rests on it
+        constexpr int hour = 3600000;
+        QToolTip::showText(plot.mapToGlobal(QPoint(100, 100)), QStringLiteral("i:4"), &plot, {}, hour);
+        QVERIFY(QToolTip::isVisible());
+        cross.setOn(true);
+        TRY_VERIFY(!QToolTip::isVisible());
     }
 
     void keepsTheTitleVisible_data()
