@@ -4,6 +4,7 @@
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/colourlevels.h>
 #include <tarnis/tools/plotnavigator.h>
 
 #include <QAction>
@@ -164,18 +165,22 @@ private Q_SLOTS:
         QVERIFY(std::abs(rangeY(test.plot).span() - 100.0 / 1.2) < 1e-6);
     }
 
-    void zoomsColoursOnTheBar()
+    void zoomsColoursOnTheBarAndItsHistogram()
     {
         Map test;
+        new ColourLevels(&test.plot);
         feed(test.plot);
+        const auto* const histogram = test.plot.findChild<QWidget*>(QStringLiteral("colourLevelStrip"));
         double before = 0.0;
         test.plot.getMaxZ(before);
-        test.wheel(120, QPointF(test.plot.width() - 20, 200));
-        double after = 0.0;
-        QVERIFY(!test.plot.getMaxZ(after));
-        QVERIFY(std::abs(after - before / 1.2) < 1e-9);
-        test.key(Qt::Key_Backspace);
-        QVERIFY(test.plot.getMaxZ(after));
+        for (const QPointF at : { QPointF(test.plot.width() - 20, 200), QPointF(histogram->geometry().center()) }) {
+            test.wheel(120, at);
+            double after = 0.0;
+            QVERIFY(!test.plot.getMaxZ(after));
+            QVERIFY(std::abs(after - before / 1.2) < 1e-9);
+            test.key(Qt::Key_Backspace);
+            QVERIFY(test.plot.getMaxZ(after));
+        }
     }
 
     void returnsToTheSameBits()

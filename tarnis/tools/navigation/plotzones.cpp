@@ -1,6 +1,7 @@
 #include "tarnis/tools/navigation/plotzones_p.h"
 
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 
@@ -10,7 +11,9 @@ PlotZone zoneAt(const XYGraphWidget& plot, const PlotMapping& mapping, const QPo
 {
     if (const auto* map = qobject_cast<const XY2DGraphWidget*>(&plot)) {
         const ColorBarWidget& bar = PlotAccess::colourBar(*map);
-        if (bar.isVisibleTo(map) && bar.geometry().contains(position.toPoint()))
+        const MapColouring* const colouring = PlotAccess::colouring(*map);
+        const int beside = colouring != nullptr ? colouring->besideBar : 0;
+        if (bar.isVisibleTo(map) && bar.geometry().adjusted(-beside, 0, 0, 0).contains(position.toPoint()))
             return PlotZone::ColourBar;
     }
     if (!mapping.isValid())

@@ -14,7 +14,7 @@ enum class PlotZone {
     Plot, ///< inside the plot rectangle
     AxisX, ///< the strip with the labels of X
     AxisY, ///< the strip with the labels of Y
-    ColourBar ///< the colour bar of a map
+    ColourBar ///< the colour bar of a map, with the histogram beside it
 };
 
 /// The part under a position in the widget.
