@@ -3082,6 +3082,10 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>The view in %1 was not changed: %2.</source>
         <translation>Die Ansicht in %1 blieb unverändert: %2.</translation>
     </message>
+    <message>
+        <source>The view in %1 was not restored: %2.</source>
+        <translation>Die Ansicht in %1 wurde nicht wiederhergestellt: %2.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::ReferenceCurves</name>

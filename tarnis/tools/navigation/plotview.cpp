@@ -62,9 +62,14 @@ void restoreTools(XYGraphWidget& plot, const QJsonObject& states)
     }
 }
 
-QString inFile(const QString& path, const QString& fault)
+QString notStored(const QString& path, const QString& fault)
 {
     return fault.isEmpty() ? QString() : Texts::tr("The view in %1 was not changed: %2.").arg(path, fault);
+}
+
+QString notRestored(const QString& path, const QString& fault)
+{
+    return fault.isEmpty() ? QString() : Texts::tr("The view in %1 was not restored: %2.").arg(path, fault);
 }
 
 } // namespace
@@ -132,7 +137,7 @@ QString PlotView::save(const XYGraphWidget& plot, const QString& name) const
         const FileContent present = readFile(path, maxViewBytes);
         const QString fault = present.error.isEmpty() ? parseView(present.bytes).error : present.error;
         if (!fault.isEmpty())
-            return inFile(path, Texts::tr("%1; delete or rename the file to store the view again").arg(fault));
+            return notStored(path, Texts::tr("%1; delete or rename the file to store the view again").arg(fault));
     }
     if (!QDir().mkpath(m_folder))
         return Texts::tr("The view was not stored: the folder %1 cannot be created.").arg(m_folder);
@@ -147,9 +152,9 @@ QString PlotView::restore(XYGraphWidget& plot, const QString& name) const
         return {};
     const FileContent content = readFile(path, maxViewBytes);
     if (!content.error.isEmpty())
-        return inFile(path, content.error);
+        return notRestored(path, content.error);
     const ParsedView parsed = parseView(content.bytes);
-    return inFile(path, parsed.error.isEmpty() ? apply(plot, parsed.state) : parsed.error);
+    return notRestored(path, parsed.error.isEmpty() ? apply(plot, parsed.state) : parsed.error);
 }
 
 QString PlotView::remove(const QString& name) const
