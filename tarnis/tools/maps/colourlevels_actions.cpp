@@ -102,25 +102,21 @@ void ColourLevels::fillMenu()
     m_menu->addSeparator();
     auto* const scales = new QActionGroup(m_menu);
     const auto addScale = [&](const QString& text, Scale scale) {
-        QAction* const entry = scales->addAction(text);
-        entry->setCheckable(true);
-        entry->setChecked(scale == this->scale());
+        QAction* const entry = addMenuChoice(*m_menu, *scales, text, scale == this->scale());
         connect(entry, &QAction::triggered, this, [this, scale] { setScale(scale); });
     };
     addScale(tr("Linear Scale"), Scale::Linear);
     addScale(tr("Square Root Scale"), Scale::SquareRoot);
     addScale(tr("Logarithmic Scale"), Scale::Logarithmic);
-    m_menu->addActions(scales->actions());
     m_menu->addSeparator();
-    QAction* const automatic = m_menu->addAction(tr("Limits Follow the Data"), this, &ColourLevels::setAutomatic);
-    automatic->setCheckable(true);
-    automatic->setChecked(mode() == Mode::Automatic);
+    auto* const limits = new QActionGroup(m_menu);
+    connect(addMenuChoice(*m_menu, *limits, tr("Limits Follow the Data"), mode() == Mode::Automatic),
+        &QAction::triggered, this, &ColourLevels::setAutomatic);
     for (const auto& [low, high] : { std::pair(1.0, 99.0), std::pair(0.0, 99.0), std::pair(0.0, 99.9) }) {
         const QString text = tr("Limits at %L1 and %L2 % of the Bins").arg(low).arg(high);
-        QAction* const entry =
-            m_menu->addAction(text, this, [this, low = low, high = high] { setPercentiles(low, high); });
-        entry->setCheckable(true);
-        entry->setChecked(mode() == Mode::Percentiles && percentiles() == std::pair(low, high));
+        const bool isChosen = mode() == Mode::Percentiles && percentiles() == std::pair(low, high);
+        connect(addMenuChoice(*m_menu, *limits, text, isChosen), &QAction::triggered, this,
+            [this, low = low, high = high] { setPercentiles(low, high); });
     }
 }
 
