@@ -29,7 +29,7 @@ PLOT_ROOMS = {
     "raster": {"math", "raster", "rasterpath.h"},
 }
 # Rooms inside tarnis/tools: which other rooms a room may include. All rooms may include the installed headers at the
-# root; only the tool bar and the base class have sources there.
+# root.
 TOOL_ROOMS = {
     "base": set(),
     "navigation": {"base"},
