@@ -51,8 +51,8 @@ public:
     virtual QList<QAction*> actions() const;
 
     /// Boxes that the tool draws over the data, in the frame's coordinates of PlotMapping. The texts of PlotCrosshair
-    /// and PlotRuler avoid them. An override must not depend on these texts. The default implementation returns an
-    /// empty list.
+    /// and PlotRuler avoid them. An override must not depend on these texts. The default implementation returns
+    /// cornerBoxes().
     virtual QList<QRect> overlayBoxes() const;
 
     /// The tool's part of a stored view.
@@ -95,8 +95,15 @@ protected:
     virtual void handleLeave();
     virtual void handleHide();
     /// @}
+    /// Boxes in the corners of the plot, in the coordinates of overlayBoxes() and part of these. All texts of other
+    /// tools avoid them; the tool repaints all overlays when they move. An override must not depend on other texts. The
+    /// default implementation returns an empty list.
+    virtual QList<QRect> cornerBoxes() const;
     /// Passes the events of the plot to handleEvent().
     bool eventFilter(QObject* object, QEvent* event) final;
+
+    /// The boxes in the corners of a plot, of all its tools.
+    static QList<QRect> cornerBoxesOf(const XYGraphWidget& plot);
 
     /// Makes this tool receive the plot's events before all other tools: for a tool that the user has given the
     /// keyboard focus.

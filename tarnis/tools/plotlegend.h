@@ -52,7 +52,6 @@ public:
     QString name(qsizetype entry) const; ///< the text of an entry; empty beyond the entries
 
     QList<QAction*> actions() const override; ///< the switch
-    QList<QRect> overlayBoxes() const override; ///< its rectangle; empty list while nothing is drawn
     /// Visibility, position unless the legend chooses it, and the hidden curves by their record. @{
     QString stateName() const override;
     QJsonObject saveState() const override;
@@ -79,6 +78,7 @@ protected:
     bool handleKey(const QKeyEvent& event) override;
     bool claimsKey(const QKeyEvent& event) const override;
     void handleHide() override;
+    QList<QRect> cornerBoxes() const override; ///< its rectangle; empty list while nothing is drawn
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 

@@ -46,7 +46,6 @@ public:
 
     /// Back, forward, all data, zoom in and out, logarithmic scale and grid.
     QList<QAction*> actions() const override;
-    QList<QRect> overlayBoxes() const override; ///< the marks of held axes
     QString stateName() const override; ///< stores nothing, as the view is stored by PlotView
 
 public Q_SLOTS:
@@ -76,6 +75,7 @@ protected:
     bool handleKey(const QKeyEvent& event) override;
     bool claimsKey(const QKeyEvent& event) const override;
     void handleHide() override;
+    QList<QRect> cornerBoxes() const override; ///< the marks of held axes
     void plotChanged(Changes changes) override;
     void axisInitialized(Qt::Orientation axis, double previousMin, double previousMax) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;

@@ -3,8 +3,10 @@
 #include "support/wait.h"
 
 #include <tarnis/foundation/translation.h>
+#include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
 
 #include <QAction>
@@ -32,6 +34,21 @@ int inkOf(const QIcon& icon, int size)
     }
     return count;
 }
+
+/// A tool of a host with a box in the upper right corner.
+class CornerTool : public InteractiveTool {
+public:
+    explicit CornerTool(XYGraphWidget* plot)
+        : InteractiveTool(plot, Nothing)
+    {
+    }
+
+protected:
+    QList<QRect> cornerBoxes() const override
+    {
+        return { QRect(PlotMapping::of(*plot()).frameRect().topRight() - QPoint(99, 0), QSize(100, 60)) };
+    }
+};
 
 } // namespace
 
@@ -64,6 +81,18 @@ private Q_SLOTS:
         QCOMPARE(InteractiveTool::toolsOf(*m_plot), (QList<InteractiveTool*> { cross, navigator }));
         delete cross;
         QCOMPARE(InteractiveTool::toolsOf(*m_plot), (QList<InteractiveTool*> { navigator }));
+    }
+
+    void namesAvoidTheCornerBoxOfAHostsTool()
+    {
+        PlotMarkers markers(m_plot.get());
+        const PlotMapping mapping = PlotMapping::of(*m_plot);
+        markers.add(mapping.valueAt(mapping.plotRect().center() + QPoint(100, 0)));
+        const QRect alone = markers.overlayBoxes().value(0);
+        const CornerTool tool(m_plot.get());
+        const QRect corner = tool.overlayBoxes().value(0);
+        QVERIFY2(alone.intersects(corner), "a name that has to move");
+        QVERIFY(!markers.overlayBoxes().value(0).intersects(corner));
     }
 
     void actionsHaveTextIconAndShownKeys()

@@ -56,7 +56,20 @@ QList<QAction*> InteractiveTool::actions() const
 
 QList<QRect> InteractiveTool::overlayBoxes() const
 {
+    return cornerBoxes();
+}
+
+QList<QRect> InteractiveTool::cornerBoxes() const
+{
     return {};
+}
+
+QList<QRect> InteractiveTool::cornerBoxesOf(const XYGraphWidget& plot)
+{
+    QList<QRect> boxes;
+    for (const InteractiveTool* const tool : toolsOf(plot))
+        boxes += tool->cornerBoxes();
+    return boxes;
 }
 
 QString InteractiveTool::stateName() const

@@ -3,7 +3,6 @@
 
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
-#include "tarnis/tools/base/cornerboxes_p.h"
 #include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -233,7 +232,7 @@ void PlotMarkers::renewArea()
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QRegion area;
-    const QList<QRect> taken = mapping.isValid() ? cornerBoxes(*plot()) : QList<QRect>();
+    const QList<QRect> taken = mapping.isValid() ? cornerBoxesOf(*plot()) : QList<QRect>();
     for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
         area += areaOf(mapping, nameOf(mapping, plot()->font(), i, taken).box, i);
     updateOverlayArea(area);
@@ -261,7 +260,7 @@ void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     QRegion area;
     for (int i = 0; i < m_markers.size(); ++i)
         paintMarker(painter, mapping, i);
-    const QList<QRect> taken = cornerBoxes(*plot());
+    const QList<QRect> taken = cornerBoxesOf(*plot());
     for (int i = 0; i < m_markers.size(); ++i) { // labels are drawn over all lines
         const Name name = nameOf(mapping, painter.font(), i, taken);
         area += areaOf(mapping, name.box, i);
@@ -340,7 +339,7 @@ QList<QRect> PlotMarkers::overlayBoxes() const
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QList<QRect> boxes;
-    const QList<QRect> taken = mapping.isValid() ? cornerBoxes(*plot()) : QList<QRect>();
+    const QList<QRect> taken = mapping.isValid() ? cornerBoxesOf(*plot()) : QList<QRect>();
     for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
         boxes.append(nameOf(mapping, plot()->font(), i, taken).box);
     return boxes;

@@ -316,7 +316,7 @@ PlotLegend::Layout PlotLegend::layout() const
     return made;
 }
 
-QList<QRect> PlotLegend::overlayBoxes() const
+QList<QRect> PlotLegend::cornerBoxes() const
 {
     const QRect rect = layout().rect;
     return rect.isEmpty() ? QList<QRect>() : QList<QRect> { rect };

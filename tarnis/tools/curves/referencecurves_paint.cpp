@@ -4,7 +4,6 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
-#include "tarnis/tools/base/cornerboxes_p.h"
 #include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -162,7 +161,7 @@ void ReferenceCurves::paintName(QPainter& painter, const PlotMapping& mapping) c
     const LabelLayout label(m_references.at(m_current).name, painter.font());
     const QRect rect = mapping.frameRect();
     const QRect corner = labelFrame(label.size(), rect.bottomRight() - QPoint(4, 4), Qt::AlignRight | Qt::AlignBottom);
-    label.paint(painter, movedPast(corner, rect, cornerBoxes(*plot()), Qt::LeftEdge).topLeft());
+    label.paint(painter, movedPast(corner, rect, cornerBoxesOf(*plot()), Qt::LeftEdge).topLeft());
 }
 
 void ReferenceCurves::makeActions()

@@ -224,7 +224,7 @@ QRect PlotNavigator::markFrame(Qt::Orientation axis) const
         : labelFrame(size, rect.topLeft() + QPoint(markMargin, markMargin), Qt::AlignLeft | Qt::AlignTop);
 }
 
-QList<QRect> PlotNavigator::overlayBoxes() const
+QList<QRect> PlotNavigator::cornerBoxes() const
 {
     QList<QRect> frames;
     for (const Qt::Orientation axis : { Qt::Horizontal, Qt::Vertical }) {
@@ -247,7 +247,7 @@ void PlotNavigator::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     m_data->markX = mark(Qt::Horizontal);
     m_data->markY = mark(Qt::Vertical);
     QRegion marks;
-    for (const QRect& frame : overlayBoxes())
+    for (const QRect& frame : cornerBoxes())
         marks += frame.adjusted(-1, -1, 1, 1);
     noteDrawn(painter, marks);
 }
