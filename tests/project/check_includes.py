@@ -28,17 +28,19 @@ PLOT_ROOMS = {
     "math": {"math", "axisrange.h", "multivectorgraphwidget.h"},  # the last holds the record of a curve
     "raster": {"math", "raster", "rasterpath.h"},
 }
-# Rooms inside tarnis/tools: which other rooms a room may include. All rooms may include the installed headers at the
-# root.
+# A room of tarnis/tools may include itself and these. An installed header at the root belongs to the room of its source.
 TOOL_ROOMS = {
-    "base": set(),
-    "navigation": {"base"},
-    "cursors": {"base"},
-    "curves": {"base"},
-    "maps": {"base", "navigation"},
-    "style": {"base"},
-    "panels": {"base"},
-    "regions": {"base", "panels"},
+    "base": {"foundation", "plots"},
+    "navigation": {"foundation", "plots", "tools/base"},
+    "cursors": {"foundation", "plots", "tools/base"},
+    # The legend leaves the marks of held axes free.
+    "curves": {"foundation", "formats", "analysis", "plots", "tools/base", "tools/navigation"},
+    # A style draws error bars and reference curves, and has no legend beside PlotLegend.
+    "style": {"foundation", "plots", "tools/base", "tools/curves"},
+    # A range of colours is a view; the plot of a profile follows the theme of its map.
+    "maps": {"foundation", "plots", "tools/base", "tools/navigation", "tools/style"},
+    "panels": {"foundation", "formats", "peak", "analysis", "plots", "tools/base"},
+    "regions": {"foundation", "formats", "peak", "analysis", "plots", "tools/base", "tools/panels"},
 }
 # Headers that pure arithmetic must not include.
 WIDGET_HEADERS = {"QWidget", "QPainter", "QPixmap", "QApplication", "QDialog"}
@@ -123,13 +125,28 @@ def plot_room_faults(root):
 
 def tool_room_faults(root):
     tools = root / "tarnis" / "tools"
-    for room, may_include in TOOL_ROOMS.items():
-        for path in sources_of(tools / room):
-            for target in included(path):
-                parts = target.split("/")
-                if target.startswith("tarnis/tools/") and len(parts) == 4 and parts[2] not in {room, *may_include}:
-                    yield f"{path.relative_to(root)}: {target}: tools/{room} may not include it"
     yield from unknown_folder_faults(root, tools, TOOL_ROOMS)
+    for path in sources_of(tools):
+        room = room_of_tool(tools, path.relative_to(tools))
+        if room is None:
+            yield f"{path.relative_to(root)}: has no source in a room"
+            continue
+        for target in included(path):
+            parts = target.split("/")
+            if parts[0] != "tarnis" or target in GENERATED:
+                continue
+            folder = parts[1]
+            if folder == "tools":
+                folder = f"tools/{room_of_tool(tools, pathlib.PurePath(*parts[2:]))}"
+            if folder != f"tools/{room}" and folder not in TOOL_ROOMS.get(room, set()):
+                yield f"{path.relative_to(root)}: {target}: tools/{room} may not include {folder}"
+
+
+def room_of_tool(tools, path):
+    """The room of a file of the tools; None for one at the root without a source in a room."""
+    if len(path.parts) > 1:
+        return path.parts[0]
+    return next((room for room in TOOL_ROOMS if (tools / room / path.with_suffix(".cpp")).exists()), None)
 
 
 def console_faults(root):
@@ -166,12 +183,13 @@ def is_of_other_program(apps, program, target):
 def readme_faults(root):
     """Compares what a README says that its folder may include with the tables above."""
     folders = {f"tarnis/{name}": allowed for name, allowed in ALLOWED.items()}
+    folders |= {f"tarnis/tools/{name}": allowed for name, allowed in TOOL_ROOMS.items()}
     folders |= {f"apps/console/{name}": allowed for name, allowed in CONSOLE_ROOMS.items()}
     for folder, allowed in folders.items():
         readme = root / folder / "README.md"
         text = readme.read_text(encoding="utf-8").replace("\n", " ") if readme.exists() else ""
         line = re.search(r"May include:? ([^.]*)\.", text)
-        if line and set(re.findall(r"`(\w+)`", line[1])) != allowed:
+        if line and set(re.findall(r"`((?:tools/)?\w+)`", line[1])) != allowed:
             yield f"{folder}/README.md: May include: {', '.join(sorted(allowed)) or 'Qt only'}"
 
 

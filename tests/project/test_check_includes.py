@@ -1,11 +1,16 @@
 #!/usr/bin/env python3
 """check_includes.py accepts the allowed arrows and reports each forbidden one."""
 
+import graphlib
 import pathlib
 import subprocess
 import sys
 import tempfile
 import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+import check_includes  # noqa: E402
 
 CHECKER = pathlib.Path(__file__).with_name("check_includes.py")
 
@@ -34,6 +39,11 @@ class CheckIncludes(unittest.TestCase):
         self.write("tarnis/dialogs/a.cpp", '#include <tarnis/plots/a.h>\n#include <tarnis/server/a.h>\n')
         self.assertEqual(self.faults(), "\n0 faults\n")
 
+    def test_no_cycle_is_allowed(self):
+        tools = {f"tools/{room}": allowed for room, allowed in check_includes.TOOL_ROOMS.items()}
+        for table in (check_includes.ALLOWED, tools, check_includes.CONSOLE_ROOMS):
+            graphlib.TopologicalSorter(table).prepare()
+
     def test_upward_arrow(self):
         self.write("tarnis/foundation/a.cpp", '#include "tarnis/server/a.h"\n')
         self.assertIn("foundation may not include server", self.faults())
@@ -52,11 +62,27 @@ class CheckIncludes(unittest.TestCase):
         self.assertIn("includes nothing of the library", self.faults())
 
     def test_tool_rooms(self):
-        self.write("tarnis/tools/CMakeLists.txt", "tarnis_public_headers(\n  a.h)\n")
-        self.write("tarnis/tools/regions/a.cpp", '#include "tarnis/tools/a.h"\n#include "tarnis/tools/panels/b_p.h"\n')
+        self.write("tarnis/tools/regions/a.cpp", '#include "tarnis/plots/a.h"\n#include "tarnis/tools/panels/b_p.h"\n')
         self.assertEqual(self.faults(), "\n0 faults\n")
         self.write("tarnis/tools/base/a.cpp", '#include "tarnis/tools/panels/b_p.h"\n')
-        self.assertIn("tools/base may not include it", self.faults())
+        self.assertIn("tools/base may not include tools/panels", self.faults())
+        self.write("tarnis/tools/base/a.cpp", '#include "tarnis/peak/a.h"\n')
+        self.assertIn("tools/base may not include peak", self.faults())
+
+    def test_installed_header_of_a_tool(self):
+        self.write("tarnis/tools/CMakeLists.txt", "tarnis_public_headers(\n  legend.h)\n")
+        self.write("tarnis/tools/legend.h", "")
+        self.assertIn("tarnis/tools/legend.h: has no source in a room", self.faults())
+        self.write("tarnis/tools/curves/legend.cpp", '#include "tarnis/tools/legend.h"\n')
+        self.write("tarnis/tools/style/a.cpp", '#include "tarnis/tools/legend.h"\n')
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("tarnis/tools/base/a.cpp", '#include "tarnis/tools/legend.h"\n')
+        self.assertIn("tarnis/tools/base/a.cpp: tarnis/tools/legend.h: tools/base may not include tools/curves",
+                      self.faults())
+        self.write("tarnis/tools/base/a.cpp", "")
+        self.write("tarnis/tools/legend.h", "#include <tarnis/tools/maps/b.h>\n")
+        self.assertIn("tarnis/tools/legend.h: tarnis/tools/maps/b.h: tools/curves may not include tools/maps",
+                      self.faults())
 
     def test_unknown_folder(self):
         for folder in ("tarnis", "tarnis/plots", "tarnis/tools", "apps/console"):
@@ -78,6 +104,9 @@ class CheckIncludes(unittest.TestCase):
         self.assertEqual(self.faults(), "\n0 faults\n")
         self.write("tarnis/peak/README.md", "May include: `foundation`,\n`server`.\n")
         self.assertIn("tarnis/peak/README.md: May include: foundation", self.faults())
+        self.write("tarnis/peak/README.md", "")
+        self.write("tarnis/tools/base/README.md", "May include: `foundation`, `plots`, `tools/curves`.\n")
+        self.assertIn("tarnis/tools/base/README.md: May include: foundation, plots", self.faults())
 
     def test_plot_rooms(self):
         self.write("tarnis/plots/raster/a.cpp", '#include "tarnis/plots/math/a_p.h"\n#include <QPainter>\n')
