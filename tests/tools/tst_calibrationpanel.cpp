@@ -83,6 +83,27 @@ private Q_SLOTS:
         QVERIFY(std::fabs(panel.calibration().energyAt(1000.0) - 400.0) < 0.5);
     }
 
+    void fitsThePolynomialOfAChosenDegree()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        CalibrationPanel panel(&plot);
+        panel.setSource(QStringLiteral("eu152"));
+        QCOMPARE(panel.degree(), 0);
+        QVERIFY(calibrate(panel));
+        QCOMPARE(panel.calibration().coefficients.size(), std::size_t(3));
+        QSignalSpy calibrated(&panel, &CalibrationPanel::calibrated);
+        panel.setDegree(1);
+        QCOMPARE(calibrated.size(), 1);
+        QCOMPARE(panel.calibration().coefficients.size(), std::size_t(2));
+        for (const int wrong : { -1, 3 })
+            panel.setDegree(wrong);
+        QCOMPARE(panel.degree(), 1);
+        QCOMPARE(calibrated.size(), 1);
+        panel.setDegree(2);
+        QCOMPARE(panel.calibration().coefficients.size(), std::size_t(3));
+    }
+
     void putsEnergiesOnTheAxis()
     {
         VectorGraphWidget plot;

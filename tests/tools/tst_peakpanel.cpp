@@ -85,6 +85,23 @@ private Q_SLOTS:
         QCOMPARE(plot.grab().toImage(), before);
     }
 
+    void findsOnlyPeaksOfTheGivenSignificance()
+    {
+        VectorGraphWidget plot;
+        show(plot);
+        PeakPanel panel(&plot);
+        QCOMPARE(panel.significance(), 4.0);
+        panel.setSignificance(1000.0);
+        QCOMPARE(panel.significance(), 100.0);
+        QVERIFY(search(panel));
+        QVERIFY(panel.peaks().peaks.empty());
+        panel.setSignificance(0.0);
+        QCOMPARE(panel.significance(), 2.0);
+        panel.setSignificance(6.0);
+        QVERIFY(search(panel));
+        QCOMPARE(panel.peaks().peaks.size(), centres.size());
+    }
+
     void searchesTheVisibleRange()
     {
         VectorGraphWidget plot;
