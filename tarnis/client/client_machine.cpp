@@ -417,15 +417,4 @@ void Client::Private::arm()
     timer.start(int(bounded.count()), bounded < std::chrono::seconds(2) ? Qt::PreciseTimer : Qt::CoarseTimer, &q);
 }
 
-void Client::Private::announce()
-{
-    if (state == announcedState && reason == announcedReason)
-        return;
-    announcedState = state;
-    announcedReason = reason;
-    // A copy: a receiver may delete the client or change its reason, and use the argument afterwards.
-    const QString given = reason;
-    Q_EMIT q.stateChanged(announcedState, given);
-}
-
 } // namespace tarnis

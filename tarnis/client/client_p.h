@@ -22,6 +22,24 @@ Reply endedAs(Reply::Outcome outcome, const QString& why);
 /// The future of a request that has ended before it could wait.
 QFuture<Reply> endedFuture(Reply reply);
 
+/// The arguments of the last stateChanged() of a client or a server.
+template <typename Owner> struct AnnouncedState {
+    typename Owner::State state {}; ///< at first the one of a new owner, without a connection
+    QString reason;
+
+    /// Emits the signal unless it would repeat the last one.
+    void announce(Owner& owner, typename Owner::State newState, const QString& newReason)
+    {
+        if (newState == state && newReason == reason)
+            return;
+        state = newState;
+        reason = newReason;
+        // A copy: a receiver may delete the owner or change its reason, and use the argument afterwards.
+        const QString given = newReason;
+        Q_EMIT owner.stateChanged(newState, given);
+    }
+};
+
 class TARNIS_NO_EXPORT Client::Private {
 public:
     Private(Client& client, ClientOptions clientOptions);
@@ -66,7 +84,7 @@ public:
     void endUnderWay(EndedRequests& ended, Reply::Outcome outcome, const QString& why);
     Clock::time_point nextDue() const;
     void arm();
-    void announce();
+    void announce() { lastAnnounced.announce(q, state, reason); }
 
     struct UnderWay {
         RequestKey key;
@@ -83,8 +101,7 @@ public:
     std::optional<UnderWay> underWay;
     State state = State::Disconnected;
     QString reason;
-    State announcedState = State::Disconnected;
-    QString announcedReason;
+    AnnouncedState<Client> lastAnnounced;
     QString host;
     quint16 port = 0;
     QByteArray greeting;

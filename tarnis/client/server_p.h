@@ -47,7 +47,7 @@ public:
     void fail(const QString& why);
     void endSteps(ServerStep::Outcome outcome, const QString& why);
     void setRunState(RunState newState);
-    void announce();
+    void announce() { lastAnnounced.announce(q, state, reason); }
 
     Server& q;
     const ServerOptions options;
@@ -57,8 +57,7 @@ public:
     quint64 stepNumber = 0; ///< of the last change of what the clients do
     State state = State::Idle;
     QString reason;
-    State announcedState = State::Idle;
-    QString announcedReason;
+    AnnouncedState<Server> lastAnnounced;
     RunState runState = RunState::Unknown;
     QMap<QString, QString> statistics;
     bool local = false;

@@ -358,15 +358,4 @@ void Server::Private::setRunState(RunState newState)
     Q_EMIT q.runStateChanged(newState);
 }
 
-void Server::Private::announce()
-{
-    if (state == announcedState && reason == announcedReason)
-        return;
-    announcedState = state;
-    announcedReason = reason;
-    // A copy: a receiver may delete the server or begin a step, and use the argument afterwards.
-    const QString given = reason;
-    Q_EMIT q.stateChanged(announcedState, given);
-}
-
 } // namespace tarnis
