@@ -25,11 +25,6 @@ ScaleColours fivePoints(FivePoints palette)
     return { rgb[0], rgb[1], rgb[2], rgb[3], rgb[4] };
 }
 
-const ColourTable* sharedColourTable()
-{
-    return sharedTable;
-}
-
 void setSharedColourTable(const ColourTable* table)
 {
     sharedTable = table;

@@ -22,10 +22,8 @@ struct MapColouring {
     int besideBar = 0; ///< pixels kept free between the plot rectangle and the colour bar
 };
 
-/// The table for all maps without their own settings; null for the five points. GUI thread only. @{
-const ColourTable* sharedColourTable();
+/// Sets the table for all maps without their own settings; null for the five points. GUI thread only.
 void setSharedColourTable(const ColourTable* table);
-/// @}
 
 /// The effective table: the map's own, or the shared one; null for five points. `colouring` may be null.
 const ColourTable* tableInUse(const MapColouring* colouring);

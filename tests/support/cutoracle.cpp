@@ -167,15 +167,6 @@ void oracleSnapX(const MapState& map, double& min, double& max)
     max = b * step + map.initMinX;
 }
 
-void oracleSnapY(const MapState& map, double& min, double& max)
-{
-    const double step = oracleStepY(map);
-    const int a = qMax(whole(std::floor((min - map.initMinY) / step)), 0);
-    const int b = qMin(whole(std::ceil((max - map.initMinY) / step)), rowsOf(map));
-    min = a * step + map.initMinY;
-    max = b * step + map.initMinY;
-}
-
 QRect oraclePaintCut(QPainter& painter, const QRect& graph, const MapState& map, const CutState& cut)
 {
     const double spanX = map.maxX - map.minX;

@@ -35,9 +35,8 @@ CutResult oracleCutY(const MapState& map, const CutState& cut, const QString& na
 /// Sums of the visible bins, independent of the cut.
 void oracleVisibleSums(const MapState& map, QList<double>& horizontal, QList<double>& vertical);
 
-/// Widens a range of the X or Y axis to complete bins.
+/// Widens a range of the X axis to complete bins.
 void oracleSnapX(const MapState& map, double& min, double& max);
-void oracleSnapY(const MapState& map, double& min, double& max);
 
 /// Draws the four lines of the cut and returns its rectangle in pixels. The painter is clipped to `graph`.
 QRect oraclePaintCut(QPainter& painter, const QRect& graph, const MapState& map, const CutState& cut);

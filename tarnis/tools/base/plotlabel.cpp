@@ -72,8 +72,6 @@ QRect labelFrame(const QSize& size, const QPoint& at, Qt::Alignment alignment)
 
 LabelLayout::LabelLayout(const QString& text, const QFont& font)
     : m_layout(std::make_unique<QTextLayout>(QString(text).replace(u'\n', QChar::LineSeparator), font))
-    , m_text(text)
-    , m_font(font)
 {
     // The steps of QPainter::drawText() for text without a width.
     const qreal leading = QFontMetricsF(font).leading();
@@ -93,11 +91,6 @@ LabelLayout::LabelLayout(const QString& text, const QFont& font)
 LabelLayout::LabelLayout(LabelLayout&& other) noexcept = default;
 LabelLayout& LabelLayout::operator=(LabelLayout&& other) noexcept = default;
 LabelLayout::~LabelLayout() = default;
-
-bool LabelLayout::isOf(const QString& text, const QFont& font) const
-{
-    return m_text == text && m_font == font;
-}
 
 QSize LabelLayout::size() const
 {

@@ -40,15 +40,12 @@ public:
     LabelLayout& operator=(LabelLayout&& other) noexcept;
     ~LabelLayout();
 
-    bool isOf(const QString& text, const QFont& font) const;
     QSize size() const; ///< that of labelSize()
     /// Draws the pixels of paintLabel(). `corner` is the box's left upper one.
     void paint(QPainter& painter, const QPoint& corner, LabelStyle style = LabelStyle::Plain) const;
 
 private:
     std::unique_ptr<QTextLayout> m_layout;
-    QString m_text;
-    QFont m_font;
     qreal m_width = 0.0;
     qreal m_height = 0.0;
 };

@@ -53,8 +53,6 @@ public:
     const ViewState& goBack();
     const ViewState& goForward();
     /// @}
-    /// Makes the next change a new entry, whatever its cause.
-    void endGesture() { m_isOpen = false; }
 
 private:
     QList<ViewState> m_entries;

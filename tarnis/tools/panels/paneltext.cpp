@@ -49,12 +49,6 @@ QString saveTextFile(QWidget* parent, const QString& title, const QString& filte
     return path.isEmpty() ? QString() : writeTextFile(path, text);
 }
 
-QByteArray openTextFile(QWidget* parent, const QString& title, const QString& filter, QString& error)
-{
-    const QString path = QFileDialog::getOpenFileName(parent, title, QString(), filter);
-    return path.isEmpty() ? QByteArray() : readTextFile(path, error);
-}
-
 void copyText(const QString& text)
 {
     if (!text.isEmpty())

@@ -11,14 +11,10 @@ namespace tarnis {
 /// Cancel.
 QString saveTextFile(QWidget* parent, const QString& title, const QString& filter, const QByteArray& text);
 
-/// Asks the user for a file and reads it, up to 16 MiB. error: for the user; empty on success and on Cancel.
-QByteArray openTextFile(QWidget* parent, const QString& title, const QString& filter, QString& error);
-
 /// Writes a file atomically. Returns the error for the user.
 QString writeTextFile(const QString& path, const QByteArray& text);
-/// Reads a file, up to 16 MiB. @{
+/// Reads a file, up to 16 MiB. error: for the user; unchanged on success.
 QByteArray readTextFile(const QString& path, QString& error);
-/// @}
 
 /// Copies a text to the clipboard.
 void copyText(const QString& text);
