@@ -73,7 +73,6 @@ private Q_SLOTS:
             QVERIFY(entry(menu, "classic")->isChecked());
         }
         const PlotThemeMenu next(*m_store, nullptr);
-        QCOMPARE(plotTheme(), PlotTheme::Classic);
         QVERIFY(entry(next, "classic")->isChecked());
         entry(next, "highContrast")->trigger();
         QCOMPARE(styleOf(window)->theme(), PlotStyle::Theme::HighContrast);
@@ -83,7 +82,7 @@ private Q_SLOTS:
     {
         m_store->setValue("window/plotLook", "purple");
         const PlotThemeMenu menu(*m_store, nullptr);
-        QCOMPARE(plotTheme(), PlotTheme::Window);
+        QVERIFY(entry(menu, "window")->isChecked());
     }
 
     void everyEntryHasTextAndToolTip()

@@ -21,11 +21,6 @@ bool isDark(const QPalette& palette)
     return palette.color(QPalette::Base).lightness() < 128;
 }
 
-QColor goodText(const QPalette& palette)
-{
-    return isDark(palette) ? QColor(0x81c995) : QColor(0x1b6e33);
-}
-
 QColor badText(const QPalette& palette)
 {
     return isDark(palette) ? QColor(0xff9a8f) : QColor(0xb3261e);

@@ -13,10 +13,12 @@ enum class StatusIndicator { Off, Waiting, Good, Busy, Bad };
 /// Whether text is light on dark.
 bool isDark(const QPalette& palette);
 
-/// Text colours for success and failure on the palette's base; contrast at least 4.5 to 1 on white and on #202020.
-QColor goodText(const QPalette& palette);
+/// Text colours on the palette's base, for failures and for details; contrast at least 4.5 to 1 on white and on
+/// #202020.
+/// @{
 QColor badText(const QPalette& palette);
 QColor quietText(const QPalette& palette);
+/// @}
 
 /// The palette's window colour with a share (0 to 1) of another colour.
 QColor tintedWindow(const QPalette& palette, const QColor& tint, double share);

@@ -48,18 +48,6 @@ XYGraphWidget* BoxPlacer::plotOf(const QWidget& box)
                       : qobject_cast<XYGraphWidget*>(box.property(plotProperty).value<QObject*>());
 }
 
-QList<QDialog*> BoxPlacer::boxesOf(const XYGraphWidget& plot)
-{
-    QList<QDialog*> boxes = plot.findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
-    const QList<QDialog*> adopted = plot.window()->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
-    for (QDialog* const box : adopted) {
-        if (box->property(plotProperty).value<QObject*>() == &plot)
-            boxes.append(box);
-    }
-    boxes.removeIf([](const QDialog* box) { return !box->isVisible(); });
-    return boxes;
-}
-
 BoxPlacer* BoxPlacer::find(const QWidget& window)
 {
     return static_cast<BoxPlacer*>(window.findChild<QObject*>(placerName, Qt::FindDirectChildrenOnly));

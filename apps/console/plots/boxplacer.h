@@ -28,8 +28,6 @@ public:
 
     /// The plot of a box, also of one that is a part of the window; null for other widgets.
     static XYGraphWidget* plotOf(const QWidget& box);
-    /// The visible boxes of a plot, wherever they are.
-    static QList<QDialog*> boxesOf(const XYGraphWidget& plot);
 
     /// Call it before the box is first shown: makes it a part of the window where windows cannot position themselves.
     void adopt(QDialog& box);

@@ -87,11 +87,6 @@ void applyToOpenPlots()
 
 } // namespace
 
-PlotTheme plotTheme()
-{
-    return s_theme;
-}
-
 void applyTheme(QWidget& window)
 {
     const auto plots = window.findChildren<XYGraphWidget*>();

@@ -18,10 +18,8 @@ enum class PlotTheme {
     Classic ///< the library's plots without a style
 };
 
-/// The current theme; that of the windows until a menu exists.
-PlotTheme plotTheme();
-/// Applies the current theme to the plots of a window. Called when it opens; the menu updates open windows. If it was
-/// applied before, the user's later choices for the plot are kept.
+/// Applies the current theme, that of the windows until a menu exists, to the plots of a window. Called when it opens;
+/// the menu updates open windows. If it was applied before, the user's later choices for the plot are kept.
 void applyTheme(QWidget& window);
 /// As above for all plots of the window, overriding the user's choices.
 void reapplyTheme(QWidget& window);
