@@ -35,7 +35,7 @@ template <typename Owner> struct AnnouncedState {
         state = newState;
         reason = newReason;
         // A copy: a receiver may delete the owner or change its reason, and use the argument afterwards.
-        const QString given = newReason;
+        const QString given = reason;
         Q_EMIT owner.stateChanged(newState, given);
     }
 };
