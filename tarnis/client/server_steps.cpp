@@ -66,7 +66,7 @@ QFuture<ServerStep> Server::Private::cancelledStep()
 {
     Steps one(1);
     one.front().start();
-    const QFuture<ServerStep> future = one.front().future();
+    QFuture<ServerStep> future = one.front().future();
     finishAll(std::move(one), Outcome::Cancelled, destroyedReason());
     return future;
 }
