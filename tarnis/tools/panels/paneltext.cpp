@@ -16,7 +16,7 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(tarnis::PanelText)
 };
 
-constexpr qint64 maxSize = 16 * 1024 * 1024;
+constexpr qint64 maxSize = qint64(16) * 1024 * 1024;
 
 } // namespace
 
