@@ -1,11 +1,11 @@
 #include "tarnis/plots/plothooks_p.h"
 
-#include "tarnis/plots/bandpicture_p.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/bandpicture_p.h"
 
 #include <QEvent>
 #include <QPainter>

@@ -2,8 +2,8 @@
 
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/deviceimage_p.h"
 #include "tarnis/plots/xygraphwidget.h"
-#include "tarnis/tools/base/deviceimage_p.h"
 
 #include <QColor>
 #include <QFontMetrics>

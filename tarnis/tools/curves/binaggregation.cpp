@@ -4,7 +4,7 @@
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
-#include "tarnis/tools/base/deviceimage_p.h"
+#include "tarnis/plots/raster/deviceimage_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"

@@ -1,8 +1,8 @@
 // The strip below the plot, with the comparison.
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/plots/raster/deviceimage_p.h"
 #include "tarnis/plots/xygraphwidget.h"
-#include "tarnis/tools/base/deviceimage_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/curves/envelope_p.h"
 #include "tarnis/tools/curves/referencecurves_p.h"

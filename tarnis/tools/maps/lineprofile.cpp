@@ -2,7 +2,7 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
-#include "tarnis/tools/base/deviceimage_p.h"
+#include "tarnis/plots/raster/deviceimage_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/maps/lineprofile_p.h"

@@ -1,7 +1,7 @@
 // Curves, on pixels and on paper.
 #include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/plotaccess_p.h"
-#include "tarnis/tools/base/deviceimage_p.h"
+#include "tarnis/plots/raster/deviceimage_p.h"
 #include "tarnis/tools/style/stylepainter_p.h"
 
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "tarnis/tools/base/deviceimage_p.h"
+#include "tarnis/plots/raster/deviceimage_p.h"
 
 #include <QPaintEngine>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "tarnis/plots/bandpicture_p.h"
+#include "tarnis/plots/raster/bandpicture_p.h"
 
 #include <QImage>
 #include <QPainter>
