@@ -107,7 +107,7 @@ private Q_SLOTS:
     }
 
     // A narrow bar hides its last buttons, and of those that are no actions even its menu has nothing.
-    void standsFirstInTheBar()
+    void comesFirstInTheBar()
     {
         PlotWindow window(new VectorGraphWidget);
         auto* const bar = window.dialog.findChild<tarnis::PlotToolBar*>();

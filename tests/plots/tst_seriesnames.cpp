@@ -122,7 +122,7 @@ private Q_SLOTS:
         QCOMPARE(searched({ record(1, false) }, AddType::AddAll, 2), QStringLiteral("nothing"));
     }
 
-    void placeholdersInWordsStay()
+    void keepsPlaceholdersInTexts()
     {
         QCOMPARE(tarnis::recordName({ QStringLiteral("%2 g"), QStringLiteral("%1"), 0 }, 3, 4),
             QStringLiteral("%2 g 3 - %1 4"));

@@ -26,7 +26,7 @@ struct Host {
         return run(server) && eventually([this] { return manager->m_status == Tarnis::SERVER_CONNECTED; });
     }
     /// Lets the server take its next step.
-    void tell(const QByteArray& text) { manager->m_process->write(text); }
+    void sendToServer(const QByteArray& text) { manager->m_process->write(text); }
     QStringList posts() const
     {
         QStringList texts;

@@ -111,7 +111,7 @@ void quitAtTheLock(bool& wasTaken)
 class TestSessionLog : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void aWholeLife()
+    void recordsAWholeSession()
     {
         const ScriptedServer server;
         SessionClient client(server);

@@ -155,7 +155,7 @@ private Q_SLOTS:
         QCOMPARE(cmd.getCmdString(), "unicast 3 stat");
     }
 
-    void logsItsLife_data()
+    void logsCreationAndDestruction_data()
     {
         addColumns<int, QString>("kind", "text");
         QTest::newRow("plain") << 0 << QStringLiteral("gr\u00fcn");
@@ -166,7 +166,7 @@ private Q_SLOTS:
         QTest::newRow("stat") << 5 << QStringLiteral("stat");
         QTest::newRow("setting") << 6 << QStringLiteral("setting");
     }
-    void logsItsLife()
+    void logsCreationAndDestruction()
     {
         QFETCH(int, kind);
         QFETCH(QString, text);

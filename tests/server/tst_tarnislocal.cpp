@@ -81,13 +81,13 @@ private Q_SLOTS:
             return eventually([&] { return log.messages().count("BLCK onServerReadyStdOut") >= times; });
         };
         QVERIFY(seen(1));
-        host.tell("2");
+        host.sendToServer("2");
         if (first.size() > 1)
             QVERIFY(seen(2));
         QCOMPARE(int(host.manager->m_port), 0);
         QCOMPARE(host.manager->m_status, Tarnis::IDLE);
         QCOMPARE(host.manager->GetServerAddress(), QString());
-        host.tell("3");
+        host.sendToServer("3");
         TRY_COMPARE(host.manager->m_status, Tarnis::SERVER_CONNECTED);
         QCOMPARE(int(host.manager->m_port), 5000);
     }
@@ -110,7 +110,7 @@ private Q_SLOTS:
         Host host;
         QVERIFY(host.runUntilConnected(server));
         QSignalSpy output(host.manager->m_process, &QProcess::readyReadStandardOutput);
-        host.tell("2");
+        host.sendToServer("2");
         TRY_COMPARE(output.size(), 1);
         QCOMPARE(int(host.manager->m_port), 5000);
         QCOMPARE(host.manager->m_process->readAllStandardOutput(), QByteArray("UI port: 6000\n"));
@@ -135,7 +135,7 @@ private Q_SLOTS:
         const FakeServer server({ "print UI port: 5000\\n", "await 2", "flood 8000000", "note flooded", "await-end" });
         Host host;
         QVERIFY(host.runUntilConnected(server));
-        host.tell("2");
+        host.sendToServer("2");
         TRY_VERIFY(server.hasNoted("flooded"));
         QVERIFY(host.manager->m_process->bytesAvailable() <= megabyte);
     }
@@ -212,7 +212,7 @@ private Q_SLOTS:
         QVERIFY(host.runUntilConnected(server));
         host.record.events.clear();
         const LogFile log;
-        host.tell("2");
+        host.sendToServer("2");
         TRY_COMPARE(host.record.events, (QStringList { "post Server process crashed.", "status IDLE" }));
         QVERIFY(log.messages().contains("BLCK Tarnis::onServerError(err[1])"));
     }
@@ -251,7 +251,7 @@ private Q_SLOTS:
         QVERIFY(host.runUntilConnected(server));
         host.manager->SendCmd("control", "name", "start", false);
         QVERIFY(eventually([&] { return host.record.has("reply name|start|"); }));
-        host.tell("2");
+        host.sendToServer("2");
         TRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
         QVERIFY(host.manager->GetTarnisSession("control")->isRunning());
     }

@@ -51,7 +51,7 @@ private Q_SLOTS:
         const FakeServer server({ "print UI port: 5000\\n", "await 2", "crash" });
         Host host;
         QVERIFY(host.runUntilConnected(server));
-        host.tell("2");
+        host.sendToServer("2");
         TRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
         host.manager->SetStatus(Tarnis::SERVER_ERROR); // as set by a session's error after the crash
         const QPointer<QProcess> process = host.manager->m_process;
@@ -169,7 +169,7 @@ private Q_SLOTS:
         const FakeServer server({ "print UI port: 5000\\n", "await 2", "crash" });
         Host host;
         QVERIFY(host.runUntilConnected(server));
-        host.tell("2");
+        host.sendToServer("2");
         TRY_COMPARE(host.manager->m_status, Tarnis::IDLE);
         const QPointer<QProcess> crashed = host.manager->m_process;
         QVERIFY(host.manager->Restart());

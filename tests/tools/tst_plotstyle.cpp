@@ -155,7 +155,7 @@ private Q_SLOTS:
         }
     }
 
-    void formsDrawWhatTheySay()
+    void drawsEachCurveForm()
     {
         VectorGraphWidget plot;
         plot.init("Channel", "Counts", 100, 10, true, true);
