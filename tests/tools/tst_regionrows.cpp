@@ -31,9 +31,9 @@ PlotSpectrum plateau(const QString& name = {})
 }
 
 /// A map of 10 by 10 bins of 4 counts with 50 more at (5, 5).
-PlotMap spot()
+MapContents spot()
 {
-    PlotMap map;
+    MapContents map;
     map.contents.assign(100, 4.0);
     map.contents[55] += 50.0;
     map.data = { map.contents, 10, 10, 0.5, 0.5, 1.0, 1.0, true };
@@ -158,7 +158,7 @@ private Q_SLOTS:
 
     void readsAMap()
     {
-        const PlotMap map = spot();
+        const MapContents map = spot();
         const PlotRegion square { Kind::Rectangle, {}, { { 4, 4 }, { 7, 7 } } };
         const PlotRegion circle { Kind::Ellipse, {}, { { 4, 4 }, { 7, 7 } } };
         const std::vector<RegionRow> rows = regionRows({ square }, map);

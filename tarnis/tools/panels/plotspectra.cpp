@@ -102,9 +102,9 @@ QStringList spectrumNames(const XYGraphWidget& plot)
     return names;
 }
 
-PlotMap mapOf(const XYGraphWidget& plot)
+MapContents mapOf(const XYGraphWidget& plot)
 {
-    PlotMap result;
+    MapContents result;
     const auto* const map = qobject_cast<const XY2DGraphWidget*>(&plot);
     const PlotMapping mapping = PlotMapping::of(plot);
     const auto columns = static_cast<std::size_t>(mapping.columns());

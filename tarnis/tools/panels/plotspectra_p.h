@@ -37,13 +37,13 @@ QList<PlotSpectrum> spectraOf(const XYGraphWidget& plot);
 QStringList spectrumNames(const XYGraphWidget& plot);
 
 /// The contents of a map.
-struct PlotMap {
+struct MapContents {
     std::vector<double> contents; ///< row-major; a short row is padded with 0
     MapData data; ///< a view of contents
 };
 
 /// The contents of a map; no columns for other plots.
-PlotMap mapOf(const XYGraphWidget& plot);
+MapContents mapOf(const XYGraphWidget& plot);
 
 /// The first and the last bin whose centre is in [lower, upper); last < first if there is none.
 struct BinRange {

@@ -150,7 +150,7 @@ MapRegion binsOf(const PlotRegion& region, const MapData& map)
 }
 
 std::vector<RegionRow> regionRows(
-    const QList<PlotRegion>& regions, const PlotMap& map, const RegionTableOptions& options)
+    const QList<PlotRegion>& regions, const MapContents& map, const RegionTableOptions& options)
 {
     std::vector<RegionRow> rows;
     if (map.data.columns == 0)

@@ -69,7 +69,7 @@ struct RegionTableOptions {
 std::vector<RegionRow> regionRows(
     const QList<PlotRegion>& regions, const QList<PlotSpectrum>& spectra, const RegionTableOptions& options = {});
 std::vector<RegionRow> regionRows(
-    const QList<PlotRegion>& regions, const PlotMap& map, const RegionTableOptions& options = {});
+    const QList<PlotRegion>& regions, const MapContents& map, const RegionTableOptions& options = {});
 
 /// The increase of a number since it was frozen. New counts are independent of the previous ones, so the variance is
 /// the difference of the variances. NaN if the sum has decreased, for example after a clear.
