@@ -79,23 +79,24 @@ Result<Arguments> Arguments::parse(const QStringList& words, const QList<Option>
 }
 
 Result<double> numberOption(
-    const Arguments& arguments, const QString& option, double least, double most, double otherwise)
+    const Arguments& arguments, const QString& option, double minimum, double maximum, double otherwise)
 {
     if (!arguments.has(option))
         return otherwise;
     bool valid = false;
     const double number = arguments.value(option).toDouble(&valid);
-    if (valid && std::isfinite(number) && number >= least && number <= most)
+    if (valid && std::isfinite(number) && number >= minimum && number <= maximum)
         return number;
     return wrongUsage(QStringLiteral("--%1 '%2' is not a number from %3 to %4")
                           .arg(option, arguments.value(option))
-                          .arg(least)
-                          .arg(most, 0, 'g', 12));
+                          .arg(minimum)
+                          .arg(maximum, 0, 'g', 12));
 }
 
-Result<int> wholeNumberOption(const Arguments& arguments, const QString& option, int least, int most, int otherwise)
+Result<int> wholeNumberOption(
+    const Arguments& arguments, const QString& option, int minimum, int maximum, int otherwise)
 {
-    const Result<double> number = numberOption(arguments, option, least, most, otherwise);
+    const Result<double> number = numberOption(arguments, option, minimum, maximum, otherwise);
     if (!number.isOk())
         return number.failure();
     if (number.value() != std::floor(number.value()))

@@ -47,11 +47,12 @@ template <typename Number> struct Range {
 
 // Values of options. A failure contains the name of the option.
 
-/// A finite number from `least` to `most`, or `otherwise` if the option is missing.
+/// A finite number from `minimum` to `maximum`, or `otherwise` if the option is missing.
 Result<double> numberOption(
-    const Arguments& arguments, const QString& option, double least, double most, double otherwise);
+    const Arguments& arguments, const QString& option, double minimum, double maximum, double otherwise);
 /// As above for an integer.
-Result<int> wholeNumberOption(const Arguments& arguments, const QString& option, int least, int most, int otherwise);
+Result<int> wholeNumberOption(
+    const Arguments& arguments, const QString& option, int minimum, int maximum, int otherwise);
 /// Two finite numbers separated by a colon; empty if the option is missing.
 Result<std::optional<Range<double>>> rangeOption(const Arguments& arguments, const QString& option);
 

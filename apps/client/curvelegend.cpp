@@ -26,8 +26,8 @@ CurveLegend::CurveLegend(const std::vector<LegendEntry>& entries, const QFont& f
     const int bottom = std::max(maxHeight - m_space, line);
     QPoint place(m_space, 0);
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        const int most = right - m_space - m_sample - m_space;
-        const QString name = metrics.elidedText(entries[i].name, Qt::ElideMiddle, most);
+        const int maxWidth = right - m_space - m_sample - m_space;
+        const QString name = metrics.elidedText(entries[i].name, Qt::ElideMiddle, maxWidth);
         const int wide = m_sample + m_space + metrics.horizontalAdvance(name);
         const QString rest = QStringLiteral("+%1").arg(entries.size() - i);
         const bool isLast = i + 1 == entries.size();

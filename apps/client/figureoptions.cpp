@@ -13,19 +13,19 @@ Outcome readSize(const Arguments& arguments, QSize& size)
 {
     if (!arguments.has("size"))
         return std::nullopt;
-    constexpr int least = 100;
-    constexpr int most = 10000;
+    constexpr int minimum = 100;
+    constexpr int maximum = 10000;
     const QStringList sides = arguments.value("size").toLower().split(u'x');
     bool widthValid = false;
     bool heightValid = false;
     size = QSize(sides.value(0).toInt(&widthValid), sides.value(1).toInt(&heightValid));
-    const auto fits = [](int side) { return side >= least && side <= most; };
+    const auto fits = [](int side) { return side >= minimum && side <= maximum; };
     if (sides.size() == 2 && widthValid && heightValid && fits(size.width()) && fits(size.height()))
         return std::nullopt;
     return wrongUsage(QStringLiteral("--size '%1' is not of the form WxH with sides from %2 to %3, as 800x500")
                           .arg(arguments.value("size"))
-                          .arg(least)
-                          .arg(most));
+                          .arg(minimum)
+                          .arg(maximum));
 }
 
 Outcome readTheme(const Arguments& arguments, std::optional<tarnis::PlotStyle::Theme>& theme)

@@ -23,8 +23,8 @@ std::vector<QPointF> residualsOf(const tarnis::Dataset& fit)
 
 void paintResiduals(QPainter& painter, const QRect& rect, const std::vector<QPointF>& points, const StripStyle& style)
 {
-    constexpr double least = 3.0;
-    double highest = least;
+    constexpr double minLimit = 3.0;
+    double highest = minLimit;
     for (const QPointF& point : points)
         highest = std::max(highest, std::fabs(point.y()));
     const int limit = static_cast<int>(std::min(std::ceil(highest), 1e6));

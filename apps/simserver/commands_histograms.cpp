@@ -65,9 +65,9 @@ QString readRow(const QString& word, const Histogram1D& histogram, int& row)
 /// Reads the remaining words: up to two rows, or one with pairs.
 QString readRows(const QStringList& words, const Histogram1D& histogram, RowRequest& request)
 {
-    const qsizetype most = request.pairs ? 1 : 2;
-    if (words.size() > most)
-        return QStringLiteral("unexpected '%1'").arg(shown(words[most]));
+    const qsizetype maxWords = request.pairs ? 1 : 2;
+    if (words.size() > maxWords)
+        return QStringLiteral("unexpected '%1'").arg(shown(words[maxWords]));
     request.last = request.pairs ? 0 : histogram.rows - 1;
     if (words.isEmpty())
         return {};

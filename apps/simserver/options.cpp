@@ -67,17 +67,17 @@ public:
             fail(QStringLiteral("--%1 needs a value").arg(QLatin1String(name)));
     }
 
-    template <typename Number> void number(const char* name, int least, int most, Number& target)
+    template <typename Number> void number(const char* name, int minimum, int maximum, Number& target)
     {
         if (!isSet(name))
             return;
         bool valid = false;
         const int number = value(name).toInt(&valid);
-        if (!valid || number < least || number > most) {
+        if (!valid || number < minimum || number > maximum) {
             fail(QStringLiteral("--%1 must be a whole number from %2 to %3")
                      .arg(QLatin1String(name))
-                     .arg(least)
-                     .arg(most));
+                     .arg(minimum)
+                     .arg(maximum));
             return;
         }
         target = static_cast<Number>(number);

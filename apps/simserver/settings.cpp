@@ -31,30 +31,30 @@ struct Handler {
     QString (*get)(const SettingValues&);
 };
 
-QString setWhole(const QString& text, qint64 least, qint64 most, qint64& number)
+QString setWhole(const QString& text, qint64 minimum, qint64 maximum, qint64& number)
 {
     bool valid = false;
     const qint64 parsed = text.toLongLong(&valid);
-    if (!valid || parsed < least || parsed > most)
-        return QStringLiteral("a whole number from %1 to %2").arg(least).arg(most);
+    if (!valid || parsed < minimum || parsed > maximum)
+        return QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum);
     number = parsed;
     return {};
 }
 
-QString setInt(const QString& text, int least, int most, int& number)
+QString setInt(const QString& text, int minimum, int maximum, int& number)
 {
     qint64 parsed = number;
-    QString wanted = setWhole(text, least, most, parsed);
+    QString wanted = setWhole(text, minimum, maximum, parsed);
     number = static_cast<int>(parsed);
     return wanted;
 }
 
-QString setReal(const QString& text, double least, double most, double& number)
+QString setReal(const QString& text, double minimum, double maximum, double& number)
 {
     bool valid = false;
     const double parsed = text.toDouble(&valid);
-    if (!valid || !(parsed >= least && parsed <= most))
-        return QStringLiteral("a number from %1 to %2").arg(numberText(least), numberText(most));
+    if (!valid || !(parsed >= minimum && parsed <= maximum))
+        return QStringLiteral("a number from %1 to %2").arg(numberText(minimum), numberText(maximum));
     number = parsed;
     return {};
 }

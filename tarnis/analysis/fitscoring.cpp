@@ -23,8 +23,8 @@ constexpr int maxScoringSteps = 60;
 // one.
 constexpr int maxFullSteps = 8;
 constexpr double nearDistance = 1e-2;
-constexpr double leastFall = 0.75;
-constexpr double largestFall = 1.4;
+constexpr double minFall = 0.75;
+constexpr double maxFall = 1.4;
 
 } // namespace
 
@@ -240,7 +240,7 @@ bool FitSolver::approach(Minimum& minimum, const std::vector<char>& held)
         const double value = valueAt(next);
         ++minimum.calls;
         const double fall = minimum.value - value;
-        if (!(fall > leastFall * predicted && fall < largestFall * predicted))
+        if (!(fall > minFall * predicted && fall < maxFall * predicted))
             break;
         minimum.variables = next;
         minimum.value = value;

@@ -195,7 +195,7 @@ bool VariableBuilder::useNodes() const
 // is then undefined. The solver finds the way back only from a start that is defined.
 void VariableBuilder::raiseBackground()
 {
-    constexpr double leastPart = 0.05; // of the middle, at the ends
+    constexpr double minPart = 0.05; // of the middle, at the ends
     const FitBackground background = m_problem.model().background;
     if (m_mayBeNegative || (background != FitBackground::Linear && background != FitBackground::Quadratic))
         return;
@@ -204,8 +204,8 @@ void VariableBuilder::raiseBackground()
     double factor = 1.0;
     for (const double u : { -half, half }) {
         const double change = backgroundDensity(background, b, u) - b[0];
-        if (b[0] > 0.0 && b[0] + change < leastPart * b[0])
-            factor = std::min(factor, (1.0 - leastPart) * b[0] / -change);
+        if (b[0] > 0.0 && b[0] + change < minPart * b[0])
+            factor = std::min(factor, (1.0 - minPart) * b[0] / -change);
     }
     for (int k = 1; k < m_layout.backgrounds; ++k) {
         const int parameter = m_layout.background + k;

@@ -11,9 +11,9 @@ namespace tarnis::analysis {
 namespace {
 
 // Lower limit of model contents: otherwise a single count in an empty bin would deviate by many errors.
-constexpr double leastContent = 0.3;
+constexpr double minContent = 0.3;
 // If the parameters absorb an addition almost completely, only rounding errors remain.
-constexpr double leastRest = 1e-3;
+constexpr double minRest = 1e-3;
 constexpr double reach = 3.0; // of an added peak, in sigmas
 
 // Whether the covariance is the inverse of the information with weights 1/m. For other statistics the parameters absorb
@@ -54,7 +54,7 @@ ScoreTest::ScoreTest(FitProblem& problem, const FitResult& result)
     m_weights.resize(bins);
     m_residuals.resize(bins);
     for (std::size_t i = 0; i < bins; ++i) {
-        m_weights[i] = 1.0 / std::max(model[i], leastContent);
+        m_weights[i] = 1.0 / std::max(model[i], minContent);
         m_residuals[i] = problem.contents()[i] - model[i];
     }
     std::vector<std::size_t> free; // those with a variance
@@ -92,7 +92,7 @@ double ScoreTest::significanceOf(std::span<const double> addition, std::size_t b
         taken += m_covariance[k * free + k] * shared[k] * shared[k];
     }
     const double rest = variance - taken;
-    return rest > leastRest * variance ? m_sums[0] / std::sqrt(rest) : 0.0;
+    return rest > minRest * variance ? m_sums[0] / std::sqrt(rest) : 0.0;
 }
 
 void ScoreTest::note(AdditionFinding& finding, std::span<const double> addition, std::size_t begin, double place)

@@ -51,10 +51,10 @@ bool isKnownSuffix(const QString& suffix)
         [&](const Choice& choice) { return suffix.compare(QLatin1String(choice.suffix), Qt::CaseInsensitive) == 0; });
 }
 
-QSpinBox* spinBox(int least, int most, int value)
+QSpinBox* spinBox(int minimum, int maximum, int value)
 {
     auto* const box = new QSpinBox;
-    box->setRange(least, most);
+    box->setRange(minimum, maximum);
     box->setValue(value);
     box->setKeyboardTracking(false);
     return box;

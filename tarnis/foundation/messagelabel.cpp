@@ -22,7 +22,7 @@ namespace {
 
 constexpr int maxLines = 5;
 constexpr qsizetype maxChars = 2000; // more than five lines of a wide window
-constexpr int leastChars = 10;
+constexpr int minChars = 10;
 constexpr int usualChars = 40;
 
 } // namespace
@@ -72,7 +72,7 @@ QSize MessageLabel::sizeHint() const
 
 QSize MessageLabel::minimumSizeHint() const
 {
-    return { fontMetrics().averageCharWidth() * leastChars, fontMetrics().lineSpacing() };
+    return { fontMetrics().averageCharWidth() * minChars, fontMetrics().lineSpacing() };
 }
 
 int MessageLabel::heightForWidth(int width) const

@@ -44,12 +44,12 @@ HalfHeight halfHeight(const QList<double>& y, qsizetype n)
 
 } // namespace
 
-PeakSearch::PeakSearch(QList<double> const& samples, int first, int last, double level, int least, bool upwards)
+PeakSearch::PeakSearch(QList<double> const& samples, int first, int last, double level, int minWidth, bool upwards)
     : y(samples)
     , start(first)
     , end(last)
     , threshold(level)
-    , width(least)
+    , width(minWidth)
     , peak(upwards)
 {
 }
@@ -60,11 +60,11 @@ PeakSearch::PeakSearch(QList<double> const& samples, int first, int last)
 }
 
 PeakSearch::PeakSearch(
-    QList<double> const& abscissae, QList<double> const& samples, double level, int least, bool upwards)
+    QList<double> const& abscissae, QList<double> const& samples, double level, int minWidth, bool upwards)
     : x(abscissae)
     , y(samples)
     , threshold(level)
-    , width(least)
+    , width(minWidth)
     , peak(upwards)
 {
 }

@@ -4,10 +4,10 @@
 
 namespace tarnis {
 
-PlotLayoutItem::PlotLayoutItem(XYGraphWidget* plot, const QSize& usual, const QSize& least)
+PlotLayoutItem::PlotLayoutItem(XYGraphWidget* plot, const QSize& usual, const QSize& minimum)
     : QWidgetItem(plot)
     , m_usual(usual)
-    , m_least(least)
+    , m_minimum(minimum)
 {
 }
 
@@ -19,12 +19,12 @@ QSize PlotLayoutItem::bounded(const QSize& size) const
 
 QSize PlotLayoutItem::sizeHint() const
 {
-    return isEmpty() ? QSize(0, 0) : bounded(m_usual.expandedTo(m_least));
+    return isEmpty() ? QSize(0, 0) : bounded(m_usual.expandedTo(m_minimum));
 }
 
 QSize PlotLayoutItem::minimumSize() const
 {
-    return isEmpty() ? QSize(0, 0) : bounded(m_least);
+    return isEmpty() ? QSize(0, 0) : bounded(m_minimum);
 }
 
 QSize PlotLayoutItem::maximumSize() const

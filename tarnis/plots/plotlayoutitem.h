@@ -18,7 +18,8 @@ namespace tarnis {
 class TARNIS_EXPORT PlotLayoutItem : public QWidgetItem {
 public:
     /// The layout owns the item. Sizes in pixels of the widget.
-    explicit PlotLayoutItem(XYGraphWidget* plot, const QSize& usual = { 480, 320 }, const QSize& least = { 200, 150 });
+    explicit PlotLayoutItem(
+        XYGraphWidget* plot, const QSize& usual = { 480, 320 }, const QSize& minimum = { 200, 150 });
 
     QSize sizeHint() const override; ///< the preferred size
     QSize minimumSize() const override; ///< the minimum size
@@ -29,7 +30,7 @@ private:
     TARNIS_NO_EXPORT QSize bounded(const QSize& size) const;
 
     QSize m_usual;
-    QSize m_least;
+    QSize m_minimum;
 };
 
 } // namespace tarnis

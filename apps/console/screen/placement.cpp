@@ -144,7 +144,7 @@ QList<QRect> cascadeCells(int count, const QRect& area)
     return cells;
 }
 
-ScreenSplit splitScreen(const QRect& area, const QRect& console, const QSize& least)
+ScreenSplit splitScreen(const QRect& area, const QRect& console, const QSize& minSize)
 {
     const QRect taken = console.intersected(area);
     QRect free;
@@ -160,11 +160,11 @@ ScreenSplit splitScreen(const QRect& area, const QRect& console, const QSize& le
     const int maxWidth = area.width() * 3 / 5;
     const int maxHeight = area.height() * 3 / 5;
     ScreenSplit split { area, area };
-    if (least.width() <= maxWidth || least.height() > maxHeight) {
-        split.console.setWidth(qBound(area.width() * 2 / 5, least.width(), maxWidth));
+    if (minSize.width() <= maxWidth || minSize.height() > maxHeight) {
+        split.console.setWidth(qBound(area.width() * 2 / 5, minSize.width(), maxWidth));
         split.windows.setLeft(split.console.right() + 1);
     } else {
-        split.console.setHeight(qBound(area.height() * 2 / 5, least.height(), maxHeight));
+        split.console.setHeight(qBound(area.height() * 2 / 5, minSize.height(), maxHeight));
         split.windows.setTop(split.console.bottom() + 1);
     }
     return split;

@@ -43,7 +43,7 @@ struct ScreenSplit {
 
 /// The console is not moved if half of the area is free beside, above or below it. Otherwise it gets a strip at the
 /// left, or at the top if it is too wide, of at least its minimum size but at most three fifths.
-ScreenSplit splitScreen(const QRect& area, const QRect& console, const QSize& least);
+ScreenSplit splitScreen(const QRect& area, const QRect& console, const QSize& minSize);
 
 /// A rectangle of this size to the right, left, below or above the frame; empty if there is no space. With its own
 /// `border`, title bar included, it is inside `area` and beside the frame.

@@ -151,10 +151,10 @@ void OpenWindows::place(QWidget& window, const QString& id)
         return;
     const QMargins frame = frameOf(m_mainWindow);
     const QRect area = screen->availableGeometry().marginsRemoved(frame);
-    const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
+    const QSize minSize = window.minimumSizeHint().expandedTo(window.minimumSize());
     const QRect stored = m_settings.value(settingsKey(id) + QLatin1String("/place")).toRect();
     const QSize size = (stored.isValid() ? stored.size() : comfortableSize(window, area.size()))
-                           .expandedTo(least)
+                           .expandedTo(minSize)
                            .boundedTo(area.size());
     if (m_settings.value(settingsKey(id) + QLatin1String("/maximized")).toBool())
         window.setWindowState(Qt::WindowMaximized);
@@ -178,7 +178,7 @@ void OpenWindows::place(QWidget& window, const QString& id)
     for (const QWidget* const other : others)
         occupied.append(other->frameGeometry());
     const QRect everything = screen->availableGeometry();
-    const QSize own = window.size().expandedTo(least).boundedTo(area.size()).grownBy(frame);
+    const QSize own = window.size().expandedTo(minSize).boundedTo(area.size()).grownBy(frame);
     const QSize comfortable = size.grownBy(frame); // unless only the own size finds a free place
     const bool isOwnOneFree = !hasRoomFor(comfortable, everything, occupied) && hasRoomFor(own, everything, occupied);
     const QRect cell = placeOfNewWindow(isOwnOneFree ? own : comfortable, everything, occupied);
@@ -350,13 +350,14 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
     if (!screen || !canPlaceWindows(QGuiApplication::platformName()))
         return;
     const QRect whole = screen->availableGeometry();
-    QSize least;
+    QSize minSize;
     for (const QWidget* const window : windows)
-        least = least.expandedTo(window->minimumSizeHint().expandedTo(window->minimumSize()).grownBy(frameOf(*window)));
+        minSize =
+            minSize.expandedTo(window->minimumSizeHint().expandedTo(window->minimumSize()).grownBy(frameOf(*window)));
     const auto fit = [&](const QRect& area) {
         const QList<QRect> places = cells(int(windows.size()), area);
-        return std::all_of(
-            places.begin(), places.end(), [&](const QRect& place) { return place.size().boundedTo(least) == least; });
+        return std::all_of(places.begin(), places.end(),
+            [&](const QRect& place) { return place.size().boundedTo(minSize) == minSize; });
     };
     // On a small screen windows may cover the console and each other rather than become too small to read.
     const QRect area = fit(consoleSplit(whole).windows) ? placeConsole(whole) : whole;
@@ -378,10 +379,10 @@ void OpenWindows::arrange(const std::function<QList<QRect>(int count, const QRec
 
 ScreenSplit OpenWindows::consoleSplit(const QRect& area) const
 {
-    const QSize least = m_mainWindow.minimumSizeHint().expandedTo(m_mainWindow.minimumSize());
+    const QSize minSize = m_mainWindow.minimumSizeHint().expandedTo(m_mainWindow.minimumSize());
     if (!m_mainWindow.isVisible() || m_mainWindow.isMinimized())
         return { {}, area };
-    return splitScreen(area, m_mainWindow.frameGeometry(), least.grownBy(frameOf(m_mainWindow)));
+    return splitScreen(area, m_mainWindow.frameGeometry(), minSize.grownBy(frameOf(m_mainWindow)));
 }
 
 /// Places the console. Returns the remaining area for the windows.

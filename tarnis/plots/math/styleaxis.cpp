@@ -16,8 +16,8 @@ constexpr double largestPlain = 1e5;
 constexpr double smallestPlain = 1e-3;
 constexpr int maxDecimals = 3; // decimals of a mantissa
 constexpr double room = 0.05;
-constexpr double leastRoom = 0.01; // minimum free fraction before the axis grows
-constexpr double leastUse = 0.75; // minimum used fraction before the axis shrinks
+constexpr double minRoom = 0.01; // minimum free fraction before the axis grows
+constexpr double minUse = 0.75; // minimum used fraction before the axis shrinks
 constexpr double lowestCount = 0.5;
 constexpr int maxTicks = 1000;
 
@@ -149,19 +149,20 @@ double roundStepFrom(double value)
     return power * (mantissa <= 1.0 ? 1.0 : (mantissa <= 2.0 ? 2.0 : (mantissa <= 5.0 ? 5.0 : 10.0)));
 }
 
-TickPlan linearPlan(AxisRange range, int most, double smallestStep)
+TickPlan linearPlan(AxisRange range, int maxTicks, double smallestStep)
 {
     const auto [low, high] = ordered(range);
     const double span = high - low;
     TickPlan plan;
     if (!std::isfinite(span) || !(span > 0.0) || span < 1e-12 * std::max(std::abs(low), std::abs(high)))
         return plan;
-    const double step = std::max(roundStepFrom(span / std::max(most, 1)), smallestStep);
+    const double step = std::max(roundStepFrom(span / std::max(maxTicks, 1)), smallestStep);
     if (!std::isnormal(step)) // of a range about as long, or as short, as numbers can be
         return plan;
     plan.step = step;
     plan.major = multiplesIn({ low, high }, plan.step);
-    if (const double finer = roundStepTo(plan.step * 0.6); most > 1 && plan.major.size() < 2 && finer >= smallestStep) {
+    if (const double finer = roundStepTo(plan.step * 0.6);
+        maxTicks > 1 && plan.major.size() < 2 && finer >= smallestStep) {
         plan.step = finer; // rounding up left too few ticks
         plan.major = multiplesIn({ low, high }, plan.step);
     }
@@ -178,7 +179,7 @@ TickPlan linearPlan(AxisRange range, int most, double smallestStep)
     return plan;
 }
 
-TickPlan decadePlan(AxisRange range, int most)
+TickPlan decadePlan(AxisRange range, int maxTicks)
 {
     const auto positive = [](double value) { return value > 0.0 ? value : 1.0; };
     const auto [low, high] = ordered({ positive(range.min), positive(range.max) });
@@ -189,9 +190,9 @@ TickPlan decadePlan(AxisRange range, int most)
     const int last = static_cast<int>(std::floor(std::log10(high) + tolerance));
     const int powers = last - first + 1;
     if (powers < 2 && std::log10(high / low) < 1.0)
-        return linearPlan({ low, high }, most, 0.0);
-    const int every = std::max(1, (powers + most - 1) / std::max(most, 1));
-    const bool withHalves = powers <= 2 && most >= 3 * powers + 1;
+        return linearPlan({ low, high }, maxTicks, 0.0);
+    const int every = std::max(1, (powers + maxTicks - 1) / std::max(maxTicks, 1));
+    const bool withHalves = powers <= 2 && maxTicks >= 3 * powers + 1;
     for (int exponent = first - 1; exponent <= last; ++exponent) {
         for (int mantissa = 1; mantissa < 10; ++mantissa) {
             const double value = mantissa * powerOfTen(exponent);
@@ -293,7 +294,7 @@ AxisRange calmRange(AxisRange shown, AxisRange data)
     const auto isCalm = [span](double end, double extreme) {
         if (end == 0.0 || extreme <= 0.0)
             return end == 0.0 && extreme <= 0.0;
-        return extreme <= end - span * leastRoom && extreme >= end * leastUse;
+        return extreme <= end - span * minRoom && extreme >= end * minUse;
     };
     return isCalm(shown.max, data.max) && isCalm(-shown.min, -data.min) ? shown : fresh;
 }
@@ -306,7 +307,7 @@ AxisRange calmDecades(AxisRange shown, AxisRange data)
         return fresh;
     const double use = std::log10(data.max / shown.min) / span;
     const bool isLowKept = fresh.min >= shown.min && std::log10(fresh.min / shown.min) <= 0.5;
-    return isLowKept && use <= 1.0 - leastRoom && use >= leastUse ? shown : fresh;
+    return isLowKept && use <= 1.0 - minRoom && use >= minUse ? shown : fresh;
 }
 
 int calmLength(int kept, int needed, int slack)

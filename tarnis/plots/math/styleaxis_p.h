@@ -19,13 +19,13 @@ struct TickPlan {
 /// The smallest of 1, 2, 5 times a power of ten that is not below `value`; `value` must be above 0.
 double roundStepFrom(double value);
 
-/// At most about `most` major ticks (at least 1) at round values, with a step of at least `smallestStep`. Empty for a
-/// range that is empty, not finite, or too narrow for a double.
-TickPlan linearPlan(AxisRange range, int most, double smallestStep);
+/// At most about `maxTicks` major ticks (at least 1) at round values, with a step of at least `smallestStep`. Empty for
+/// a range that is empty, not finite, or too narrow for a double.
+TickPlan linearPlan(AxisRange range, int maxTicks, double smallestStep);
 
 /// Powers of ten, with 2 and 5 between them if there are few. Within one decade, as linearPlan(). Ends at or below 0
 /// count as 1.
-TickPlan decadePlan(AxisRange range, int most);
+TickPlan decadePlan(AxisRange range, int maxTicks);
 
 /// How numbers with many digits are written.
 enum class LargeNumbers {

@@ -253,11 +253,11 @@ bool paintSlanted(
 
 QRegion areaOfLine(const QPointF& from, const QPointF& to)
 {
-    constexpr int mostParts = 24;
+    constexpr int maxParts = 24;
     constexpr double shortest = 8.0; // pixels of a part
     const QPointF way = to - from;
     const double narrow = std::min(std::abs(way.x()), std::abs(way.y()));
-    const int parts = std::clamp(static_cast<int>(narrow / shortest), 1, mostParts);
+    const int parts = std::clamp(static_cast<int>(narrow / shortest), 1, maxParts);
     QRegion area;
     for (int i = 0; i < parts; ++i) {
         const QRectF part(from + way * i / parts, from + way * (i + 1) / parts);

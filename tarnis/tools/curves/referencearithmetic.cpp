@@ -114,11 +114,11 @@ AxisRange comparisonAxis(Comparison comparison, std::vector<double> values, cons
     }
     if (!(width > 0.0) || !std::isfinite(width))
         width = 1.0;
-    const double least = comparison == Comparison::Significance ? smallestSignificance : 0.0;
-    double half = std::max(roundedWidth(width), least);
+    const double minHalf = comparison == Comparison::Significance ? smallestSignificance : 0.0;
+    double half = std::max(roundedWidth(width), minHalf);
     if (shown) {
         const double shownHalf = shown->max - middle;
-        if (half < shownHalf && std::max(roundedWidth(width / shareToShrink), least) >= shownHalf)
+        if (half < shownHalf && std::max(roundedWidth(width / shareToShrink), minHalf) >= shownHalf)
             half = shownHalf;
     }
     return { comparison == Comparison::Ratio ? std::max(middle - half, 0.0) : middle - half, middle + half };

@@ -11,7 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr double roomAtEnds = 0.03; // fraction of the axis
-constexpr double leastDecades = 0.1;
+constexpr double minDecades = 0.1;
 
 double onCurve(ScaleCurve curve, double value)
 {
@@ -100,8 +100,8 @@ LevelAxis levelAxis(const std::vector<double>& values, AxisRange levels, ScaleCu
     LevelAxis axis { { low, high }, curve };
     double from = onCurve(curve, low);
     double to = onCurve(curve, high);
-    const double least = curve == ScaleCurve::Log ? leastDecades : std::max(std::abs(to), 1.0) * 1e-6;
-    if (to - from < least)
+    const double minSpan = curve == ScaleCurve::Log ? minDecades : std::max(std::abs(to), 1.0) * 1e-6;
+    if (to - from < minSpan)
         to = from + (curve == ScaleCurve::Log ? 1.0 : std::max(std::abs(from), 1.0));
     const double room = roomAtEnds * (to - from);
     from = curve == ScaleCurve::SquareRoot || low == 0.0 ? std::max(from - room, 0.0) : from - room;
@@ -141,7 +141,7 @@ LevelHandle handleAt(double share, double lower, double upper, double reach)
     return share > std::min(lower, upper) && share < std::max(lower, upper) ? LevelHandle::Both : LevelHandle::None;
 }
 
-AxisRange draggedLevels(AxisRange levels, const LevelAxis& axis, LevelHandle handle, double delta, double least)
+AxisRange draggedLevels(AxisRange levels, const LevelAxis& axis, LevelHandle handle, double delta, double minDistance)
 {
     double lower = axis.shareOf(levels.min);
     double upper = axis.shareOf(levels.max);
@@ -153,10 +153,10 @@ AxisRange draggedLevels(AxisRange levels, const LevelAxis& axis, LevelHandle han
         return { axis.valueAt(lower + shift), axis.valueAt(upper + shift) };
     }
     if (handle == LevelHandle::Lower) {
-        lower = std::clamp(lower + delta, 0.0, std::max(upper - least, 0.0));
+        lower = std::clamp(lower + delta, 0.0, std::max(upper - minDistance, 0.0));
         return { axis.valueAt(lower), levels.max };
     }
-    upper = std::clamp(upper + delta, std::min(lower + least, 1.0), 1.0);
+    upper = std::clamp(upper + delta, std::min(lower + minDistance, 1.0), 1.0);
     return { levels.min, axis.valueAt(upper) };
 }
 

@@ -42,8 +42,8 @@ enum class LevelHandle { None, Lower, Upper, Both };
 /// The handle for a press at `share`, with levels at shares; the nearest one within `reach`, else Both between them.
 LevelHandle handleAt(double share, double lower, double upper, double reach);
 
-/// The levels after a drag by `delta` in shares. The levels keep their order and a distance of at least `least`, and
-/// stay on the axis.
-AxisRange draggedLevels(AxisRange levels, const LevelAxis& axis, LevelHandle handle, double delta, double least);
+/// The levels after a drag by `delta` in shares. The levels keep their order and a distance of at least `minDistance`,
+/// and stay on the axis.
+AxisRange draggedLevels(AxisRange levels, const LevelAxis& axis, LevelHandle handle, double delta, double minDistance);
 
 } // namespace tarnis

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int stepCount = 128;
 constexpr double reachPixels = 6.0;
-constexpr double leastShare = 0.002; // minimum distance of the two levels
+constexpr double minShare = 0.002; // minimum distance of the two levels
 constexpr double keyShare = 0.01;
 const QColor outsideColour(150, 150, 150);
 
@@ -215,7 +215,7 @@ void LevelStrip::mouseMoveEvent(QMouseEvent* event)
                                               : Qt::SplitVCursor);
         return;
     }
-    const AxisRange chosen = draggedLevels(m_pressLevels, m_axis, m_handle, share - m_pressShare, leastShare);
+    const AxisRange chosen = draggedLevels(m_pressLevels, m_axis, m_handle, share - m_pressShare, minShare);
     Q_EMIT levelsChosen(chosen.min, chosen.max);
 }
 
@@ -248,7 +248,7 @@ void LevelStrip::contextMenuEvent(QContextMenuEvent* event)
 
 void LevelStrip::moveBy(LevelHandle handle, double delta)
 {
-    const AxisRange chosen = draggedLevels(levels(), m_axis, handle, delta, leastShare);
+    const AxisRange chosen = draggedLevels(levels(), m_axis, handle, delta, minShare);
     Q_EMIT levelsChosen(chosen.min, chosen.max);
 }
 

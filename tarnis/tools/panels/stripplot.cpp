@@ -19,7 +19,7 @@ namespace tarnis {
 namespace {
 
 constexpr double room = 0.08; // margin above and below the points, as a fraction of their height
-constexpr double leastBand = 3.0; // minimum half height of a strip with bands
+constexpr double minBand = 3.0; // minimum half height of a strip with bands
 constexpr double pointRadius = 2.3;
 
 // A dot of a few pixels: looks like a circle, without the curves of one.
@@ -112,7 +112,7 @@ AxisRange StripPlot::rangeY() const
 {
     AxisRange range = heightOf(m_points);
     if (m_hasBands) {
-        const double reach = std::max({ leastBand, std::fabs(range.min), std::fabs(range.max) });
+        const double reach = std::max({ minBand, std::fabs(range.min), std::fabs(range.max) });
         range = { -reach, reach };
     }
     return range;

@@ -96,8 +96,9 @@ StylePainter::Axis StylePainter::axisX(const QRect& graph, const Scale& scale)
         return true;
     };
     Axis axis;
-    for (int most = std::clamp(graph.width() / std::max(4 * scale.character, 1), 1, maxTicksX); most >= 1; --most) {
-        const TickPlan plan = linearPlan(ticks, most, step);
+    for (int maxTicks = std::clamp(graph.width() / std::max(4 * scale.character, 1), 1, maxTicksX); maxTicks >= 1;
+         --maxTicks) {
+        const TickPlan plan = linearPlan(ticks, maxTicks, step);
         axis = axisOf(plan, axisLabels(plan, numbersOf(options.numbers)), scale, place);
         if (fits(axis))
             return axis;
@@ -112,7 +113,7 @@ StylePainter::Axis StylePainter::axisY(const QRect& graph, const Scale& scale)
     const AxisRange y = PlotAccess::y(m_plot);
     const bool isMap = qobject_cast<const XY2DGraphWidget*>(&m_plot) != nullptr;
     const bool isLog = PlotAccess::isLogY(m_plot) && !isMap;
-    const int most =
+    const int maxTicks =
         std::clamp(static_cast<int>(graph.height() / (linesPerTick * std::max(scale.line, 1))), 1, maxTicksY);
     const double low = isLog ? floorLog10(y.min) : y.min;
     const double high = isLog ? floorLog10(y.max) : y.max;
@@ -120,7 +121,7 @@ StylePainter::Axis StylePainter::axisY(const QRect& graph, const Scale& scale)
         return graph.bottom() - graph.height() * ((isLog ? floorLog10(value) : value) - low) / (high - low);
     };
     const TickPlan plan =
-        isLog ? decadePlan(y, most) : linearPlan(y, most, smallestStep(y, PlotAccess::decimalsY(m_plot)));
+        isLog ? decadePlan(y, maxTicks) : linearPlan(y, maxTicks, smallestStep(y, PlotAccess::decimalsY(m_plot)));
     const LargeNumbers numbers = numbersOf(options.numbers);
     return axisOf(plan, isLog ? decadeLabels(plan, numbers) : axisLabels(plan, numbers), scale, place);
 }

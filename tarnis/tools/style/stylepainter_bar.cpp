@@ -48,8 +48,9 @@ PlotStyling::BarLayout StylePainter::paintColourBar(QPainter& painter, const QRe
     };
     const double low = onScale(content.range.min);
     const double high = onScale(content.range.max);
-    const int most = std::clamp(static_cast<int>(strip.height() / (linesPerTick * scale.line)), 1, content.ticks);
-    const TickPlan plan = content.isLog ? decadePlan(content.range, most) : linearPlan(content.range, most, 0.0);
+    const int maxTicks = std::clamp(static_cast<int>(strip.height() / (linesPerTick * scale.line)), 1, content.ticks);
+    const TickPlan plan =
+        content.isLog ? decadePlan(content.range, maxTicks) : linearPlan(content.range, maxTicks, 0.0);
     const LargeNumbers numbers =
         options.numbers == PlotStyle::NumberForm::Powers ? LargeNumbers::Powers : LargeNumbers::Prefixes;
     const Axis axis = axisOf(plan, content.isLog ? decadeLabels(plan, numbers) : axisLabels(plan, numbers), scale,
