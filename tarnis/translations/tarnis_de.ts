@@ -468,7 +468,7 @@
     <name>ViewSelectedROI</name>
     <message>
         <source>Form</source>
-        <translation>Bereiche</translation>
+        <translation>Regionen</translation>
     </message>
     <message>
         <source>x1</source>
@@ -496,7 +496,7 @@
     </message>
     <message>
         <source>Can not edit ROI.</source>
-        <translation>Der Bereich lässt sich nicht ändern.</translation>
+        <translation>Die Region lässt sich nicht ändern.</translation>
     </message>
     <message>
         <source>Are you sure to delete selected item?</source>
@@ -508,7 +508,7 @@
     </message>
     <message>
         <source>Regions</source>
-        <translation>Bereiche</translation>
+        <translation>Regionen</translation>
     </message>
 </context>
 <context>
@@ -602,7 +602,7 @@
     </message>
     <message>
         <source>Select ROI...</source>
-        <translation>Bereiche wählen...</translation>
+        <translation>Regionen wählen...</translation>
     </message>
 </context>
 <context>
@@ -895,7 +895,7 @@
     </message>
     <message>
         <source>Fit the peaks of the plot and assign the lines to them</source>
-        <translation>Die Peaks des Plots anpassen und ihnen die Linien zuordnen</translation>
+        <translation>Die Peaks des Diagramms anpassen und ihnen die Linien zuordnen</translation>
     </message>
     <message>
         <source>Apply to the Axis</source>
@@ -919,7 +919,7 @@
     </message>
     <message>
         <source>Lines: %1. Press &quot;Calibrate&quot; to find them in the plot.</source>
-        <translation>Linien: %1. „Kalibrieren“ sucht sie im Plot.</translation>
+        <translation>Linien: %1. „Kalibrieren“ sucht sie im Diagramm.</translation>
     </message>
     <message>
         <source>There is no calibration to save.</source>
@@ -927,11 +927,11 @@
     </message>
     <message>
         <source>The plot has been closed.</source>
-        <translation>Der Plot wurde geschlossen.</translation>
+        <translation>Das Diagramm wurde geschlossen.</translation>
     </message>
     <message>
         <source>The plot has no data.</source>
-        <translation>Der Plot hat keine Daten.</translation>
+        <translation>Das Diagramm hat keine Daten.</translation>
     </message>
     <message>
         <source>There are no lines: choose a source or a file.</source>
@@ -1586,7 +1586,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Drag on the plot to choose the range of the fit</source>
-        <translation>Auf dem Plot ziehen, um den Bereich der Anpassung zu wählen</translation>
+        <translation>Im Diagramm ziehen, um den Bereich der Anpassung zu wählen</translation>
     </message>
     <message>
         <source>Peaks</source>
@@ -1594,7 +1594,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Click peaks on the plot; a click on a peak removes it</source>
-        <translation>Peaks auf dem Plot anklicken; ein Klick auf einen Peak entfernt ihn</translation>
+        <translation>Peaks im Diagramm anklicken; ein Klick auf einen Peak entfernt ihn</translation>
     </message>
     <message>
         <source>from</source>
@@ -1710,7 +1710,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The plot has no data.</source>
-        <translation>Der Plot hat keine Daten.</translation>
+        <translation>Das Diagramm hat keine Daten.</translation>
     </message>
     <message>
         <source>Choose a range first: press &quot;Range&quot; and drag over a peak.</source>
@@ -2143,15 +2143,15 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The region contains no bin of the map. Choose an outline on the map.</source>
-        <translation>Der Bereich enthält keinen Bin der Karte. Wählen Sie einen Umriss auf der Karte.</translation>
+        <translation>Die Region enthält keinen Bin der Karte. Wählen Sie einen Umriss auf der Karte.</translation>
     </message>
     <message>
         <source>A bin of the region is not a finite number. Choose an outline without it.</source>
-        <translation>Ein Bin des Bereichs ist keine endliche Zahl. Wählen Sie einen Umriss ohne ihn.</translation>
+        <translation>Ein Bin der Region ist keine endliche Zahl. Wählen Sie einen Umriss ohne ihn.</translation>
     </message>
     <message>
         <source>There is no frame of finite bins around the region: no background and no net content.</source>
-        <translation>Um den Bereich gibt es keinen Rahmen endlicher Bins: kein Untergrund und kein Nettoinhalt.</translation>
+        <translation>Um die Region gibt es keinen Rahmen endlicher Bins: kein Untergrund und kein Nettoinhalt.</translation>
     </message>
     <message>
         <source>The frame is clipped: the background is a plane fitted to it.</source>
@@ -2504,11 +2504,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The plot has no data.</source>
-        <translation>Der Plot hat keine Daten.</translation>
+        <translation>Das Diagramm hat keine Daten.</translation>
     </message>
     <message>
         <source>The plot has been closed.</source>
-        <translation>Der Plot wurde geschlossen.</translation>
+        <translation>Das Diagramm wurde geschlossen.</translation>
     </message>
     <message>
         <source>Searching...</source>
@@ -2644,11 +2644,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The axis of this plot has a second scale already.</source>
-        <translation>Die Achse dieses Plots hat schon eine zweite Skala.</translation>
+        <translation>Die Achse dieses Diagramms hat schon eine zweite Skala.</translation>
     </message>
     <message>
         <source>The energy does not increase over the complete axis of the plot.</source>
-        <translation>Die Energie steigt nicht über die ganze Achse des Plots.</translation>
+        <translation>Die Energie steigt nicht über die ganze Achse des Diagramms.</translation>
     </message>
 </context>
 <context>
@@ -2901,7 +2901,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <name>tarnis::PlotRegion</name>
     <message>
         <source>The file of regions is damaged at byte %1: %2</source>
-        <translation>Die Datei der Bereiche ist bei Byte %1 beschädigt: %2</translation>
+        <translation>Die Datei der Regionen ist bei Byte %1 beschädigt: %2</translation>
     </message>
     <message>
         <source>The file contains no list &quot;regions&quot;.</source>
@@ -2909,18 +2909,18 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The file contains more than %1 regions.</source>
-        <translation>Die Datei enthält mehr als %1 Bereiche.</translation>
+        <translation>Die Datei enthält mehr als %1 Regionen.</translation>
     </message>
     <message>
         <source>Region %1 of the file has no known kind or no valid points.</source>
-        <translation>Bereich %1 der Datei hat keine bekannte Art oder keine gültigen Punkte.</translation>
+        <translation>Region %1 der Datei hat keine bekannte Art oder keine gültigen Punkte.</translation>
     </message>
 </context>
 <context>
     <name>tarnis::PlotRegions</name>
     <message>
         <source>Region %1</source>
-        <translation>Bereich %1</translation>
+        <translation>Region %1</translation>
     </message>
     <message>
         <source>Draw a Range of X</source>
@@ -2944,11 +2944,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Remove the Region</source>
-        <translation>Bereich entfernen</translation>
+        <translation>Region entfernen</translation>
     </message>
     <message>
         <source>No region is selected. Click one first.</source>
-        <translation>Kein Bereich ist ausgewählt. Klicken Sie zuerst auf einen.</translation>
+        <translation>Keine Region ist ausgewählt. Klicken Sie zuerst auf eine.</translation>
     </message>
 </context>
 <context>
@@ -3103,11 +3103,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The plot shows no curve.</source>
-        <translation>Der Plot zeigt keine Kurve.</translation>
+        <translation>Das Diagramm zeigt keine Kurve.</translation>
     </message>
     <message>
         <source>The reference has %1 bins, the plot has %2.</source>
-        <translation>Die Referenz hat %1 Bins, der Plot %2.</translation>
+        <translation>Die Referenz hat %1 Bins, das Diagramm %2.</translation>
     </message>
     <message>
         <source>No curve of the reference has the name of a visible one.</source>
@@ -3210,19 +3210,19 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <name>tarnis::RegionStatistics</name>
     <message>
         <source>Bin %1 is not a finite number. Choose a region without it.</source>
-        <translation>Bin %1 ist keine endliche Zahl. Wählen Sie einen Bereich ohne ihn.</translation>
+        <translation>Bin %1 ist keine endliche Zahl. Wählen Sie eine Region ohne ihn.</translation>
     </message>
     <message>
         <source>The region covers no part of a bin.</source>
-        <translation>Der Bereich bedeckt keinen Teil eines Bins.</translation>
+        <translation>Die Region bedeckt keinen Teil eines Bins.</translation>
     </message>
     <message>
         <source>There are no bins next to the region: no background and no net area.</source>
-        <translation>Neben dem Bereich gibt es keine Bins: kein Untergrund und keine Nettofläche.</translation>
+        <translation>Neben der Region gibt es keine Bins: kein Untergrund und keine Nettofläche.</translation>
     </message>
     <message>
         <source>A bin next to the region is not a finite number: no background and no net area.</source>
-        <translation>Ein Bin neben dem Bereich ist keine endliche Zahl: kein Untergrund und keine Nettofläche.</translation>
+        <translation>Ein Bin neben der Region ist keine endliche Zahl: kein Untergrund und keine Nettofläche.</translation>
     </message>
     <message>
         <source>One side is missing at the end of the axis: the background is flat.</source>
@@ -3230,7 +3230,7 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>The region contains no bin of the axis. Choose limits on the axis.</source>
-        <translation>Der Bereich enthält keinen Bin der Achse. Wählen Sie Grenzen auf der Achse.</translation>
+        <translation>Die Region enthält keinen Bin der Achse. Wählen Sie Grenzen auf der Achse.</translation>
     </message>
     <message>
         <source>The contents are not counts and have no variances: their errors are unknown.</source>
@@ -3241,19 +3241,19 @@ Gezeigt ist das Ergebnis von %2.</translation>
     <name>tarnis::RegionTable</name>
     <message>
         <source>Save Regions</source>
-        <translation>Bereiche speichern</translation>
+        <translation>Regionen speichern</translation>
     </message>
     <message>
         <source>Regions (*.json)</source>
-        <translation>Bereiche (*.json)</translation>
+        <translation>Regionen (*.json)</translation>
     </message>
     <message>
         <source>Load Regions</source>
-        <translation>Bereiche laden</translation>
+        <translation>Regionen laden</translation>
     </message>
     <message>
         <source>Regions</source>
-        <translation>Bereiche</translation>
+        <translation>Regionen</translation>
     </message>
     <message>
         <source>Frame:</source>
@@ -3265,11 +3265,11 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Width of the frame around a region that carries its background</source>
-        <translation>Breite des Rahmens um einen Bereich, der seinen Untergrund liefert</translation>
+        <translation>Breite des Rahmens um eine Region, der ihren Untergrund liefert</translation>
     </message>
     <message>
         <source>Bins on either side of a region that carry its background; 0: no net areas</source>
-        <translation>Bins zu beiden Seiten eines Bereichs, die seinen Untergrund liefern; 0: keine Nettoflächen</translation>
+        <translation>Bins zu beiden Seiten einer Region, die ihren Untergrund liefern; 0: keine Nettoflächen</translation>
     </message>
     <message>
         <source>Since here</source>
@@ -3289,23 +3289,23 @@ Gezeigt ist das Ergebnis von %2.</translation>
     </message>
     <message>
         <source>Save Regions...</source>
-        <translation>Bereiche speichern...</translation>
+        <translation>Regionen speichern...</translation>
     </message>
     <message>
         <source>Load Regions...</source>
-        <translation>Bereiche laden...</translation>
+        <translation>Regionen laden...</translation>
     </message>
     <message>
         <source>The plot has been closed.</source>
-        <translation>Der Plot wurde geschlossen.</translation>
+        <translation>Das Diagramm wurde geschlossen.</translation>
     </message>
     <message>
         <source>%1 regions are for maps and were ignored.</source>
-        <translation>%1 Bereiche sind für Karten und wurden weggelassen.</translation>
+        <translation>%1 Regionen sind für Karten und wurden weggelassen.</translation>
     </message>
     <message>
         <source>Press a button for a region and drag on the plot.</source>
-        <translation>Einen Knopf für einen Bereich drücken und im Plot ziehen.</translation>
+        <translation>Einen Knopf für eine Region drücken und im Diagramm ziehen.</translation>
     </message>
 </context>
 <context>

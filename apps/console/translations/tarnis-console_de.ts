@@ -142,7 +142,7 @@
     </message>
     <message>
         <source>&amp;Binary reply</source>
-        <translation>Binäre Antwor&amp;t</translation>
+        <translation>Binäre Ant&amp;wort</translation>
     </message>
     <message>
         <source>&amp;Give Up</source>
@@ -154,7 +154,7 @@
     </message>
     <message>
         <source>Send &amp;File...</source>
-        <translation>Datei &amp;verschicken...</translation>
+        <translation>Da&amp;tei senden...</translation>
     </message>
 </context>
 <context>
@@ -466,7 +466,7 @@
     </message>
     <message>
         <source>Send &amp;File...</source>
-        <translation>Datei &amp;verschicken...</translation>
+        <translation>Da&amp;tei senden...</translation>
     </message>
     <message>
         <source>&amp;Send Settings</source>
@@ -474,7 +474,7 @@
     </message>
     <message>
         <source>Send and S&amp;ave</source>
-        <translation>Senden und si&amp;chern</translation>
+        <translation>Senden und s&amp;peichern</translation>
     </message>
     <message>
         <source>Move the keyboard focus to the command line</source>
@@ -560,7 +560,7 @@
     </message>
     <message>
         <source>Link this plot with others: plots of a group show the same range of axes of the same name</source>
-        <translation>Diesen Plot mit anderen koppeln: Plots einer Gruppe zeigen denselben Bereich gleichnamiger Achsen</translation>
+        <translation>Dieses Diagramm mit anderen koppeln: Diagramme einer Gruppe zeigen denselben Bereich gleichnamiger Achsen</translation>
     </message>
     <message>
         <source>Not Linked</source>
@@ -579,11 +579,11 @@
     </message>
     <message>
         <source>Analysis of this plot: regions, fits, peaks, energy calibration</source>
-        <translation>Auswertung dieses Diagramms: Bereiche, Anpassungen, Peaks, Energiekalibrierung</translation>
+        <translation>Auswertung dieses Diagramms: Regionen, Anpassungen, Peaks, Energiekalibrierung</translation>
     </message>
     <message>
         <source>Regions...</source>
-        <translation>Bereiche...</translation>
+        <translation>Regionen...</translation>
     </message>
     <message>
         <source>Fit...</source>
@@ -873,7 +873,7 @@
     </message>
     <message>
         <source>Send and Save</source>
-        <translation>Senden und sichern</translation>
+        <translation>Senden und speichern</translation>
     </message>
     <message>
         <source>With instrument</source>
@@ -1083,7 +1083,7 @@
     </message>
     <message>
         <source>Save to a file</source>
-        <translation>In eine Datei sichern</translation>
+        <translation>In eine Datei speichern</translation>
     </message>
     <message>
         <source>Use the values and keep the window open</source>
@@ -1091,7 +1091,7 @@
     </message>
     <message>
         <source>Continue without saving</source>
-        <translation>Weiter, ohne zu sichern</translation>
+        <translation>Weiter, ohne zu speichern</translation>
     </message>
     <message>
         <source>Delete all regions</source>
@@ -1528,7 +1528,7 @@
     </message>
     <message>
         <source>Send a File</source>
-        <translation>Datei verschicken</translation>
+        <translation>Datei senden</translation>
     </message>
 </context>
 <context>
@@ -1640,7 +1640,7 @@
     </message>
     <message>
         <source>Send a File</source>
-        <translation>Datei verschicken</translation>
+        <translation>Datei senden</translation>
     </message>
     <message>
         <source>%1 is not sent: %2</source>
@@ -1988,7 +1988,7 @@
     </message>
     <message>
         <source>Save to a file</source>
-        <translation>In eine Datei sichern</translation>
+        <translation>In eine Datei speichern</translation>
     </message>
     <message>
         <source>No data yet</source>
@@ -2261,7 +2261,7 @@
     </message>
     <message>
         <source>Send the settings and let the server store them</source>
-        <translation>Die Einstellungen senden und vom Server sichern lassen</translation>
+        <translation>Die Einstellungen senden und vom Server speichern lassen</translation>
     </message>
     <message>
         <source>The record is empty</source>
@@ -2285,11 +2285,11 @@
     </message>
     <message>
         <source>The %1 events of the last run were not saved. They are lost when %2 ends.</source>
-        <translation>Die %1 Ereignisse des letzten Laufs wurden nicht gesichert. Sie gehen verloren, wenn %2 endet.</translation>
+        <translation>Die %1 Ereignisse des letzten Laufs wurden nicht gespeichert. Sie gehen verloren, wenn %2 endet.</translation>
     </message>
     <message>
         <source>&amp;End Without Saving</source>
-        <translation>Ohne Sichern b&amp;eenden</translation>
+        <translation>Ohne Speichern b&amp;eenden</translation>
     </message>
     <message>
         <source>Name of this status in the log: %1</source>
@@ -2566,15 +2566,15 @@
     </message>
     <message>
         <source>A new run discards the %1 events on the server. They were not saved.</source>
-        <translation>Ein neuer Lauf verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gesichert.</translation>
+        <translation>Ein neuer Lauf verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gespeichert.</translation>
     </message>
     <message>
         <source>&amp;Start Without Saving</source>
-        <translation>&amp;Starten ohne Sichern</translation>
+        <translation>&amp;Starten ohne Speichern</translation>
     </message>
     <message>
         <source>Clear discards the %1 events on the server. They were not saved.</source>
-        <translation>Löschen verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gesichert.</translation>
+        <translation>Löschen verwirft die %1 Ereignisse auf dem Server. Nichts davon wurde gespeichert.</translation>
     </message>
     <message>
         <source>Clear discards the data on the server. The server does not report whether there are any.</source>
@@ -3270,7 +3270,7 @@
     </message>
     <message>
         <source>As on the server, saved there at %1.</source>
-        <translation>Wie auf dem Server, dort gesichert um %1.</translation>
+        <translation>Wie auf dem Server, dort gespeichert um %1.</translation>
     </message>
     <message>
         <source>As on the server, sent at %1.</source>
