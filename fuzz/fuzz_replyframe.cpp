@@ -74,8 +74,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         frame.commit(piece.size());
         all += piece;
         require(buffer == all && frame.missing() >= 0);
-        require(buffer.capacity() <= (qsizetype(9) << 20)); // an announced length must not allocate more before its
-                                                            // bytes arrive
+        // An announced length must not allocate more than 33 MiB before its bytes arrive.
+        require(buffer.capacity() <= (qsizetype(34) << 20));
         const bool whole = isWhole(all, binary, frame.length(), prompt);
         require(frame.isComplete(prompt) == whole);
         if (whole) {
