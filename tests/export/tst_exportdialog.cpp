@@ -67,7 +67,8 @@ private Q_SLOTS:
             dialog.setPath(m_folder.filePath(QStringLiteral("a.") + suffix));
             QStringList texts;
             for (const QWidget* const control : dialog.findChildren<QWidget*>())
-                if (control->focusPolicy() != Qt::NoFocus && !qobject_cast<const QAbstractSpinBox*>(control->parent()))
+                if (control->focusPolicy() != Qt::NoFocus && control->window() == &dialog // no list of a combo box
+                    && !qobject_cast<const QAbstractSpinBox*>(control->parent()))
                     texts.append(control->toolTip());
             return texts;
         };
