@@ -25,7 +25,7 @@ QString named(std::initializer_list<QKeySequence> keys)
 /// The name of a modifier that is held, with the plus sign behind it.
 QString held(Qt::Modifier modifier)
 {
-    return QKeySequence(QKeyCombination::fromCombined(modifier)).toString(QKeySequence::NativeText);
+    return QKeySequence(QKeyCombination::fromCombined(static_cast<int>(modifier))).toString(QKeySequence::NativeText);
 }
 
 } // namespace
