@@ -144,9 +144,9 @@ private:
         qsizetype length = 0;
         int digits = 0;
         for (; m_position < m_text.size() && m_text[m_position] >= '0' && m_text[m_position] <= '9'; ++m_position) {
-            length = length * 10 + (m_text[m_position] - '0');
             if (++digits > 18)
                 return std::nullopt;
+            length = length * 10 + (m_text[m_position] - '0');
         }
         // Files of Python 2 may write 3L.
         if (digits > 0 && m_position < m_text.size() && m_text[m_position] == 'L')

@@ -134,6 +134,7 @@ private Q_SLOTS:
         addCase("huge", npy(header("<f8", "(99999999999, 99999999999)"), eight),
             "the array has more than 134217728 values");
         addCase("overflow", npy(header("<f8", "(9223372036854775807,)"), eight), "the header is damaged");
+        addCase("twenty digits", npy(header("<f8", "(99999999999999999999,)"), eight), "the header is damaged");
         addCase("short", npy(header("<f8", "(2,)"), eight), "the shape needs 16 bytes of values and the file has 8");
         addCase("long", npy(header("<f4", "(1,)"), eight), "the shape needs 4 bytes of values and the file has 8");
     }
