@@ -43,6 +43,7 @@ public:
         , m_ownPrompt(prompt)
     {
         m_pPrompt = &m_ownPrompt;
+        setMaxReplySize(0); // the reference implementation has no limit
         connect(this, &TarnisSession::error, this, [this] { outcome.error = true; });
         connect(this, qOverload<const QByteArray&>(&TarnisSession::read), this,
             [this](const QByteArray& piece) { outcome.pieces.append(piece); });
