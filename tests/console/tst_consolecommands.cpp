@@ -178,7 +178,7 @@ private Q_SLOTS:
         QVERIFY(server.waitForRequest("never"));
         fixture.press("giveUpButton");
         QCOMPARE(fixture.alert().action, AlertAction::SendAgain);
-        QVERIFY2(fixture.alert().text.contains(QStringLiteral("2 commands")), qPrintable(fixture.alert().text));
+        QVERIFY2(fixture.alert().text.contains(QStringLiteral("2 later commands")), qPrintable(fixture.alert().text));
         fixture.press("alertButton");
         QVERIFY(fixture.shows(QStringLiteral("done too")));
         QVERIFY(fixture.alert().text.isEmpty());
