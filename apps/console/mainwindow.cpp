@@ -30,9 +30,9 @@
 
 #include <tarnis/foundation/files.h>
 #include <tarnis/foundation/helpers.h>
+#include <tarnis/foundation/retranslator.h>
 
 #include <QApplication>
-#include <QEvent>
 #include <QMessageBox>
 #include <QScreen>
 #include <QSettings>
@@ -58,6 +58,7 @@ MainWindow::MainWindow(QSettings& store, const QString& language)
     , m_histograms(new ServerHistograms(*m_controller))
     , m_windowUpdater(new HistogramWindowUpdater(*m_windows, *m_histograms))
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     ui->setupUi(this);
     new WindowAccess(this); // the window's
     ui->viewMenu->addMenu(new LanguageMenu(m_store, language, ui->viewMenu));
@@ -434,13 +435,6 @@ void MainWindow::checkStore()
             ? tr("The settings file %1 is not valid. Settings are not stored.").arg(file)
             : tr("The settings file %1 cannot be written. Commands, windows and the server are not stored.").arg(file);
     }));
-}
-
-void MainWindow::changeEvent(QEvent* event)
-{
-    QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        setTexts();
 }
 
 void MainWindow::setTexts()

@@ -61,7 +61,6 @@ public:
     void leave();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void connectActions();
     void addWindowActions();

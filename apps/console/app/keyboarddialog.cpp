@@ -1,8 +1,9 @@
 #include "app/keyboarddialog.h"
 
+#include <tarnis/foundation/retranslator.h>
+
 #include <QAction>
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTableWidget>
@@ -35,6 +36,7 @@ KeyboardDialog::KeyboardDialog(const QList<QMenu*>& menus, QWidget* parent)
     , m_menus(menus)
     , m_table(new QTableWidget(0, 2, this))
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     setObjectName(QStringLiteral("keyboardBox"));
     setAttribute(Qt::WA_DeleteOnClose);
     m_table->setObjectName(QStringLiteral("keyTable"));
@@ -140,13 +142,6 @@ void KeyboardDialog::addRow(const QString& keys, const QString& text)
     m_table->insertRow(row);
     m_table->setItem(row, 0, new QTableWidgetItem(keys));
     m_table->setItem(row, 1, new QTableWidgetItem(text));
-}
-
-void KeyboardDialog::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        setTexts();
 }
 
 } // namespace console

@@ -18,7 +18,6 @@ public:
     void showPlots();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void setTexts();
     void addMenus();
     void addOthers();

@@ -2,8 +2,9 @@
 
 #include "app/language.h"
 
+#include <tarnis/foundation/retranslator.h>
+
 #include <QActionGroup>
-#include <QEvent>
 #include <QSettings>
 
 namespace console {
@@ -20,6 +21,7 @@ LanguageMenu::LanguageMenu(QSettings& store, const QString& language, QWidget* p
     , m_group(new QActionGroup(this))
     , m_desktopAction(addAction(QString()))
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     setObjectName(QStringLiteral("languageMenu"));
     setToolTipsVisible(true);
     m_desktopAction->setData(QString());
@@ -56,13 +58,6 @@ void LanguageMenu::setTexts()
     for (QAction* const action : choices)
         action->setToolTip(tr("Show all texts in this language"));
     m_desktopAction->setToolTip(tr("Show all texts in the language of the desktop"));
-}
-
-void LanguageMenu::changeEvent(QEvent* event)
-{
-    QMenu::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        setTexts();
 }
 
 } // namespace console

@@ -17,7 +17,6 @@ public:
     LanguageMenu(QSettings& store, const QString& language, QWidget* parent);
 
 protected:
-    void changeEvent(QEvent* event) override;
     void choose(const QString& code);
     void setTexts();
 

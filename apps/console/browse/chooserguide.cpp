@@ -3,6 +3,7 @@
 #include "app/controlhelp.h"
 
 #include <tarnis/foundation/messagelabel.h>
+#include <tarnis/foundation/retranslator.h>
 
 #include <QComboBox>
 #include <QDialog>
@@ -35,7 +36,7 @@ ChooserGuide::ChooserGuide(QDialog& chooser, std::function<Choice()> choice)
     }
     m_ok->installEventFilter(this);
     m_list->installEventFilter(this);
-    chooser.installEventFilter(this);
+    tarnis::onLanguageChange(chooser, [this] { update(); });
     connect(m_list, &QListWidget::itemSelectionChanged, this, &ChooserGuide::update);
     connect(chooser.findChild<QComboBox*>(QStringLiteral("dirComboBox")), &QComboBox::currentIndexChanged, this,
         &ChooserGuide::update);
@@ -106,8 +107,7 @@ void ChooserGuide::update()
 
 bool ChooserGuide::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool isChange = event->type() == QEvent::EnabledChange && watched != &m_chooser;
-    if (isChange || event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::EnabledChange)
         update();
     return QObject::eventFilter(watched, event);
 }

@@ -9,7 +9,6 @@
 #include "ui_runswindow.h"
 #include <tarnis/foundation/retranslator.h>
 
-#include <QEvent>
 #include <QHeaderView>
 
 #include <algorithm>
@@ -30,6 +29,12 @@ RunsWindow::RunsWindow(const WindowContext& context)
     , m_channel(new CommandChannel(context.controller, QStringLiteral("runs"), this))
 {
     m_context.parent = this; // parent of the windows opened from here
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        ui->prefixCombo->setItemText(0, tr("all"));
+        Q_EMIT m_runs.headerDataChanged(Qt::Horizontal, 0, RunTable::ColumnCount - 1);
+        updateControls();
+    });
     ui->setupUi(this);
     m_order.setSourceModel(&m_runs);
     ui->table->setModel(&m_order);
@@ -192,17 +197,6 @@ void RunsWindow::updateControls()
     setEnabledWithHelp(ui->browseButton, isUp, tr("Choose the folder on the server"), tr("Needs a connected server"));
     setEnabledWithHelp(ui->insertButton, ui->table->selectionModel()->hasSelection(),
         tr("Insert the run's path into the command line"), tr("Choose a run in the table first"));
-}
-
-void RunsWindow::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    ui->retranslateUi(this);
-    ui->prefixCombo->setItemText(0, tr("all"));
-    Q_EMIT m_runs.headerDataChanged(Qt::Horizontal, 0, RunTable::ColumnCount - 1);
-    updateControls();
 }
 
 } // namespace console

@@ -32,7 +32,6 @@ public Q_SLOTS:
     void refresh();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void ask(const QString& command, const QString& name);
     void onReplied(const PTarnisCmd& command, const QByteArray& reply);
     void onListed(const QStringList& entries);

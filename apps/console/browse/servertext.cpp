@@ -8,7 +8,8 @@
 #include "ui_servertext.h"
 #include "windows/openwindows.h"
 
-#include <QEvent>
+#include <tarnis/foundation/retranslator.h>
+
 #include <QFontDatabase>
 #include <QKeySequence>
 #include <QMessageBox>
@@ -61,6 +62,10 @@ ServerTextWindow::ServerTextWindow(const WindowContext& context)
     , m_channel(new CommandChannel(context.controller, QStringLiteral("text"), this))
 {
     m_context.parent = this; // parent of the windows opened from here
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        updateControls();
+    });
     ui->setupUi(this);
     ui->edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     addKey(ui->openButton, openKey);
@@ -346,15 +351,6 @@ void ServerTextWindow::updateControls()
         ui->saveAsButton, isUp && isFree, withKey(tr("Save under another name on the server"), saveAsKey), reason);
     setEnabledWithHelp(ui->saveButton, isUp && isFree && (isModified() || m_path.isEmpty()),
         withKey(tr("Save on the server"), saveKey), isUp && isFree ? tr("Nothing has changed") : reason);
-}
-
-void ServerTextWindow::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    ui->retranslateUi(this);
-    updateControls();
 }
 
 } // namespace console

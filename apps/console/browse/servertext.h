@@ -48,7 +48,6 @@ public:
     void reject() override;
 
 protected:
-    void changeEvent(QEvent* event) override;
     void chooseOpen();
     void chooseSaveAs();
     void save();

@@ -7,7 +7,8 @@
 #include "server/servercontroller.h"
 #include "ui_commandpanel.h"
 
-#include <QEvent>
+#include <tarnis/foundation/retranslator.h>
+
 #include <QFileDialog>
 
 #include <utility>
@@ -29,6 +30,10 @@ CommandPanel::CommandPanel(ServerController& controller, QWidget* parent)
     , m_channel(new CommandChannel(controller, QStringLiteral("console"), this))
     , m_fileSender(new FileSender(controller, *this))
 {
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        updateControls();
+    });
     ui->setupUi(this);
     QSizePolicy keepsRoom = ui->progressBar->sizePolicy();
     keepsRoom.setRetainSizeWhenHidden(true);
@@ -164,15 +169,6 @@ void CommandPanel::giveUp()
             return tr("\u201c%1\u201d was given up; %Ln later command(s) got no reply.", nullptr, count).arg(name);
         },
         AlertAction::SendAgain));
-}
-
-void CommandPanel::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    ui->retranslateUi(this);
-    updateControls();
 }
 
 void CommandPanel::chooseFileToSend()

@@ -69,7 +69,6 @@ Q_SIGNALS:
     void accepted(const QString& command);
 
 protected:
-    void changeEvent(QEvent* event) override;
     void send(const Request& request);
     void sendContent(const QString& request, const QByteArray& content);
     void takeReply(const QString& command, const QByteArray& reply);

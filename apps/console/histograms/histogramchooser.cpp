@@ -7,8 +7,9 @@
 #include "server/replytext.h"
 #include "server/servercontroller.h"
 
+#include <tarnis/foundation/retranslator.h>
+
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
@@ -61,6 +62,15 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     , m_channel(new CommandChannel(context.controller, QStringLiteral("histograms"), this))
     , m_checked(context.store.value(storeKey).toStringList())
 {
+    tarnis::onLanguageChange(*this, [this] {
+        if (!m_reply.isNull())
+            showReply(); // in the new language
+        if (m_context.controller.state() != ServerState::Up)
+            showLost();
+        else if (!m_channel->waiting().isEmpty())
+            showText(tr("Asking the server..."));
+        updateControls();
+    });
     resize(460, 400);
     connect(m_channel, &CommandChannel::replied, this, [this](const PTarnisCmd&, const QByteArray& reply) {
         m_reply = QString::fromUtf8(reply);
@@ -76,7 +86,6 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     connect(this, &QDialog::accepted, this, &HistogramChooser::openChecked);
     auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));
     connect(list, &QListWidget::itemChanged, this, &HistogramChooser::updateControls);
-    list->setAccessibleName(tr("Histograms of the server"));
     list->setWordWrap(true); // of texts that are wider than fitWidth() allows
     ask();
 }
@@ -179,20 +188,6 @@ void HistogramChooser::updateControls()
         if (auto* const button = findChild<QPushButton*>(QLatin1String(name)))
             setEnabledWithHelp(button, count() > 0, QString(), tr("There is no histogram to check"));
     }
-}
-
-void HistogramChooser::changeEvent(QEvent* event)
-{
-    DialogCheckList::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    if (!m_reply.isNull())
-        showReply(); // in the new language
-    if (m_context.controller.state() != ServerState::Up)
-        showLost();
-    else if (!m_channel->waiting().isEmpty())
-        showText(tr("Asking the server..."));
-    updateControls();
 }
 
 } // namespace console

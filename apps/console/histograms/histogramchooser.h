@@ -22,7 +22,6 @@ public:
     explicit HistogramChooser(const WindowContext& context);
 
 protected:
-    void changeEvent(QEvent* event) override;
     void ask();
     void showReply();
     /// Makes the window wide enough for the texts of the list, up to three quarters of the screen.

@@ -2,10 +2,10 @@
 
 #include "server/servercontroller.h"
 
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -51,6 +51,7 @@ LastDataBar::LastDataBar(ServerController& controller, XYGraphWidget& plot, cons
     , m_releaseButton(new QPushButton(this))
     , m_wasUp(controller.state() == ServerState::Up)
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     setObjectName(QStringLiteral("keptDataBar"));
     setFrameShape(QFrame::StyledPanel);
     m_label->setTextFormat(Qt::PlainText);
@@ -117,13 +118,6 @@ void LastDataBar::setTexts()
     m_valuesButton->setToolTip(tr("Save what is shown as comma-separated values"));
     m_releaseButton->setText(tr("Show the &New Data"));
     m_releaseButton->setToolTip(tr("Discard these data; the server has none yet"));
-}
-
-void LastDataBar::changeEvent(QEvent* event)
-{
-    QFrame::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        setTexts();
 }
 
 } // namespace console

@@ -33,7 +33,6 @@ Q_SIGNALS:
     void released();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void onServerState();
     void release();
     void setTexts();

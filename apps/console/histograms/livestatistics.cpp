@@ -6,11 +6,11 @@
 #include "windows/window.h"
 
 #include <tarnis/foundation/messagelabel.h>
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/server/tarnissession.h>
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTableWidget>
@@ -24,6 +24,10 @@ LiveStatistics::LiveStatistics(const WindowContext& context, const QString& titl
     , m_infoLabel(new tarnis::MessageLabel(this))
     , m_age(*this, [this] { return session != nullptr; })
 {
+    tarnis::onLanguageChange(*this, [this] {
+        setTexts();
+        m_infoLabel->setText(m_recovery.text());
+    });
     m_infoLabel->setObjectName(QStringLiteral("infoLabel"));
     m_infoLabel->hide();
     if (auto* const box = qobject_cast<QBoxLayout*>(layout())) { // above the buttons
@@ -65,15 +69,6 @@ void LiveStatistics::setTexts()
 {
     table()->setHorizontalHeaderLabels({ tr("Name"), tr("Value") });
     updateSaveButton();
-}
-
-void LiveStatistics::changeEvent(QEvent* event)
-{
-    StatDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    m_infoLabel->setText(m_recovery.text());
 }
 
 void LiveStatistics::onLost()

@@ -8,6 +8,7 @@
 #include "server/servercontroller.h"
 #include "windows/window.h"
 
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/server/tarnis.h>
@@ -345,6 +346,9 @@ LiveMap::LiveMap(const WindowContext& context, const MapRequest& request)
     setSavedName(*this, histogramOf(request.command));
     getGraphWidget()->enalbeRoiSelect(QRect(0, 0, request.bins, rowsOf(request)));
     setMinPlotSize(*getGraphWidget(), minMapChars);
+    tarnis::onLanguageChange(*this, [this] { // queued: after the maps have handled it
+        QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection);
+    });
 }
 
 void LiveMap::result(PTarnisCmd command, QByteArray payload)
@@ -392,13 +396,6 @@ void LiveMap::setFilteredTexts()
         map->getGraphWidget()->setNameX(request.xLabel);
         map->getGraphWidget()->setNameY(request.yLabel);
     }
-}
-
-void LiveMap::changeEvent(QEvent* event)
-{
-    LivePlotDialog::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange) // queued: after the maps have handled it
-        QMetaObject::invokeMethod(this, &LiveMap::setFilteredTexts, Qt::QueuedConnection);
 }
 
 } // namespace console

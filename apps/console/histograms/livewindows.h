@@ -119,7 +119,6 @@ public Q_SLOTS:
     void onFilterAccepted(const Graph2DFilter& filter);
 
 protected:
-    void changeEvent(QEvent* event) override;
     void setTexts() override;
     void setFilteredTexts();
 
@@ -138,7 +137,6 @@ public:
     DataAge& dataAge() { return m_age; }
 
 protected:
-    void changeEvent(QEvent* event) override;
     void setTexts();
     void updateSaveButton(); ///< off without data
     void onLost();

@@ -5,6 +5,7 @@
 #include "ui_logwindow.h"
 
 #include <tarnis/foundation/helpers.h>
+#include <tarnis/foundation/retranslator.h>
 
 #include <QEvent>
 #include <QFileDialog>
@@ -29,6 +30,10 @@ LogWindow::LogWindow(QSettings& store, QWidget* parent)
     , m_store(store)
     , ui(std::make_unique<Ui::LogWindow>())
 {
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        updateFind();
+    });
     ui->setupUi(this);
     ui->view->setMaximumBlockCount(maxLines);
     ui->view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -215,15 +220,6 @@ bool LogWindow::eventFilter(QObject* object, QEvent* event)
     else if (type == QEvent::Wheel || type == QEvent::KeyPress || type == QEvent::MouseButtonRelease)
         QMetaObject::invokeMethod(this, &LogWindow::onScrolled, Qt::QueuedConnection);
     return QDialog::eventFilter(object, event);
-}
-
-void LogWindow::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    ui->retranslateUi(this);
-    updateFind();
 }
 
 } // namespace console

@@ -35,7 +35,6 @@ public Q_SLOTS:
     void poll();
 
 protected:
-    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
     void chooseFile();
     void onFollowToggled();

@@ -4,6 +4,8 @@
 #include "app/controlhelp.h"
 #include "ui_alertbar.h"
 
+#include <tarnis/foundation/retranslator.h>
+
 #include <QAccessible>
 #include <QEvent>
 #include <QStyle>
@@ -70,6 +72,11 @@ AlertBar::AlertBar(QWidget* parent)
     : QFrame(parent)
     , ui(std::make_unique<Ui::AlertBar>())
 {
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        m_alert.text = textOf(m_alert)();
+        setActionText();
+    });
     ui->setupUi(this);
     connect(ui->alertButton, &QPushButton::clicked, this, [this] { Q_EMIT actionTriggered(m_alert.action); });
     connect(ui->dismissButton, &QToolButton::clicked, this, [this] { dismiss(); });
@@ -176,11 +183,6 @@ void AlertBar::changeEvent(QEvent* event)
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationPaletteChange
         || event->type() == QEvent::StyleChange)
         applyColours();
-    if (event->type() == QEvent::LanguageChange) {
-        ui->retranslateUi(this);
-        m_alert.text = textOf(m_alert)();
-        setActionText();
-    }
 }
 
 } // namespace console

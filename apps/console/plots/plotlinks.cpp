@@ -1,12 +1,12 @@
 #include "plots/plotlinks.h"
 
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plottoolbar.h>
 
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
-#include <QEvent>
 #include <QMenu>
 #include <QToolButton>
 
@@ -35,6 +35,7 @@ public:
         , m_link(link)
         , m_choices(new QActionGroup(this))
     {
+        tarnis::onLanguageChange(*this, [this] { setTexts(); });
         setToolTipsVisible(true);
         const QStringList groups = QStringList(QString()) + PlotLink::groups();
         for (const QString& group : groups) {
@@ -47,14 +48,6 @@ public:
         addActions(m_choices->actions());
         connect(&link, &PlotLink::groupChanged, this, &LinksMenu::setTexts);
         setTexts();
-    }
-
-protected:
-    void changeEvent(QEvent* event) override
-    {
-        QMenu::changeEvent(event);
-        if (event->type() == QEvent::LanguageChange)
-            setTexts();
     }
 
 private:

@@ -3,6 +3,7 @@
 #include "screen/placement.h"
 #include "screen/windowframe.h"
 
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/calibrationpanel.h>
 #include <tarnis/tools/fitpanel.h>
@@ -12,7 +13,6 @@
 
 #include <QBoxLayout>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QMenu>
 #include <QPointer>
 #include <QScreen>
@@ -101,6 +101,7 @@ public:
         : QMenu(&bar)
         , m_bar(bar)
     {
+        tarnis::onLanguageChange(*this, [this] { setTexts(); });
         const bool isMap = qobject_cast<XY2DGraphWidget*>(bar.plot()) != nullptr;
         add("openRegions", [this] { open<tarnis::RegionTable>(m_bar); });
         if (!isMap) {
@@ -109,14 +110,6 @@ public:
             add("openCalibration", [this] { open<tarnis::CalibrationPanel>(m_bar); });
         }
         setTexts();
-    }
-
-protected:
-    void changeEvent(QEvent* event) override
-    {
-        QMenu::changeEvent(event);
-        if (event->type() == QEvent::LanguageChange)
-            setTexts();
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "app/colours.h"
 
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/xygraphwidget.h>
 #include <tarnis/tools/plotstyle.h>
 
@@ -111,6 +112,7 @@ PlotThemeMenu::PlotThemeMenu(QSettings& store, QWidget* parent)
     , m_store(store)
     , m_group(new QActionGroup(this))
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     setObjectName(QStringLiteral("plotThemeMenu"));
     setToolTipsVisible(true);
     const QString stored = m_store.value(storeKey).toString();
@@ -155,9 +157,7 @@ void PlotThemeMenu::setTexts()
 void PlotThemeMenu::changeEvent(QEvent* event)
 {
     QMenu::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        setTexts();
-    else if (event->type() == QEvent::PaletteChange && s_theme == PlotTheme::Window)
+    if (event->type() == QEvent::PaletteChange && s_theme == PlotTheme::Window)
         applyToOpenPlots();
 }
 

@@ -6,6 +6,8 @@
 #include "server/servercontroller.h"
 #include "server/statuspoller.h"
 
+#include <tarnis/foundation/retranslator.h>
+
 #include <QAction>
 #include <QEvent>
 #include <QLabel>
@@ -38,6 +40,7 @@ RunPanel::RunPanel(ServerController& controller, StatusPoller& poller, QWidget* 
     , m_stopAction(new QAction(this))
     , m_clearAction(new QAction(this))
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     setLayout(new FlowLayout);
     m_startAction->setObjectName(QStringLiteral("startRunAction"));
     m_startAction->setShortcut(QKeySequence(Qt::Key_F9));
@@ -131,7 +134,7 @@ void RunPanel::showRun()
 void RunPanel::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange)
         setTexts();
 }
 

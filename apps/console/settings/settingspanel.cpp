@@ -7,9 +7,9 @@
 #include "settings/settingsmodel.h"
 #include "ui_settingspanel.h"
 
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/server/tarniscmd.h>
 
-#include <QEvent>
 #include <QHostAddress>
 #include <QTime>
 
@@ -39,6 +39,11 @@ SettingsPanel::SettingsPanel(ServerController& controller, QWidget* parent)
     , ui(std::make_unique<Ui::SettingsPanel>())
     , m_model(new SettingsModel(controller.tarnis(), this))
 {
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, SettingsModel::ColumnCount - 1);
+        updateControls();
+    });
     ui->setupUi(this);
     ui->table->setModel(m_model);
 
@@ -259,16 +264,6 @@ void SettingsPanel::addSetting()
 void SettingsPanel::removeSetting()
 {
     m_model->remove(ui->table->currentIndex().row());
-}
-
-void SettingsPanel::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    ui->retranslateUi(this);
-    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, SettingsModel::ColumnCount - 1);
-    updateControls();
 }
 
 void SettingsPanel::setBasePath()

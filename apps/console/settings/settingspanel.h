@@ -50,7 +50,6 @@ Q_SIGNALS:
     void basePathWanted();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void onCmdReply(const QString& name, const QString& command, const QByteArray& result);
     void onSettingReply(const QString& reply);
     void onSendReply(const QString& command, const QString& reply);

@@ -8,10 +8,10 @@
 #include "ui_modulesform.h"
 
 #include <tarnis/foundation/log.h>
+#include <tarnis/foundation/retranslator.h>
 #include <tarnis/server/tarniscmds.h>
 
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTableWidget>
@@ -33,6 +33,12 @@ ModulesWindow::ModulesWindow(ServerController& controller, QWidget* parent)
     , m_sendButton(mainButtonOf(*this))
     , m_giveUpButton(buttonBoxOf(*this).addButton(QString(), QDialogButtonBox::ActionRole))
 {
+    tarnis::onLanguageChange(*this, [this] {
+        const QString text = m_form->commandBox->currentText();
+        m_form->retranslateUi(m_form->targetBox->parentWidget());
+        m_form->commandBox->setEditText(text);
+        setTexts();
+    });
     m_showTimer.setSingleShot(true);
     m_showTimer.setInterval(showMs);
     connect(&m_showTimer, &QTimer::timeout, this, &ModulesWindow::showAnswers);
@@ -221,17 +227,6 @@ void ModulesWindow::setStateText(const tarnis::TranslatedText& translated)
 {
     showAnswers();
     tarnis::setTranslatedText(*m_stateLabel, translated);
-}
-
-void ModulesWindow::changeEvent(QEvent* event)
-{
-    NameValueListDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    const QString text = m_form->commandBox->currentText();
-    m_form->retranslateUi(m_form->targetBox->parentWidget());
-    m_form->commandBox->setEditText(text);
-    setTexts();
 }
 
 void ModulesWindow::updateControls()

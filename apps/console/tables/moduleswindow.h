@@ -41,7 +41,6 @@ public Q_SLOTS:
 protected:
     using Commands = std::vector<std::unique_ptr<TarnisCmd>>;
 
-    void changeEvent(QEvent* event) override;
     void setUp();
     void setTexts();
     Target target() const;

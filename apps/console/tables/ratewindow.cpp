@@ -12,7 +12,6 @@
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 
-#include <QEvent>
 #include <QPushButton>
 
 #include <algorithm>
@@ -41,6 +40,11 @@ RateWindow::RateWindow(ServerController& controller, StatusPoller& poller, QWidg
     , ui(std::make_unique<Ui::RateWindow>())
     , m_plot(new VectorGraphWidget(this))
 {
+    tarnis::onLanguageChange(*this, [this] {
+        ui->retranslateUi(this);
+        setTexts();
+        draw();
+    });
     ui->setupUi(this);
     ui->windowLayout->insertWidget(0, m_plot, 1);
     m_plot->setMinimumSize(300, 160);
@@ -124,16 +128,6 @@ void RateWindow::setTexts()
     m_plot->setNameY(tr("Rate [1/s]"));
     m_plot->setTitle(tr("Event Rate"));
     updateControls();
-}
-
-void RateWindow::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    ui->retranslateUi(this);
-    setTexts();
-    draw();
 }
 
 void RateWindow::updateControls()

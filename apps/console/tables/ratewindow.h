@@ -38,7 +38,6 @@ public Q_SLOTS:
     void clear();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void setTexts();
     void onReplied(const QByteArray& reply);
     void draw();

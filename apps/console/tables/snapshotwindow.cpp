@@ -9,7 +9,6 @@
 #include <tarnis/foundation/retranslator.h>
 
 #include <QBoxLayout>
-#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -31,6 +30,7 @@ SnapshotWindow::SnapshotWindow(
     , m_stateLabel(stateLabelOf(*this))
     , m_refreshButton(mainButtonOf(*this))
 {
+    tarnis::onLanguageChange(*this, [this] { setTexts(); });
     setUp();
     setTexts();
     addKey(m_refreshButton, Qt::Key_F5);
@@ -165,13 +165,6 @@ void SnapshotWindow::resizeEvent(QResizeEvent* event)
     NameValueListDialog::resizeEvent(event);
     if (m_areNamesFitted)
         fitNames(*table());
-}
-
-void SnapshotWindow::changeEvent(QEvent* event)
-{
-    NameValueListDialog::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        setTexts();
 }
 
 void SnapshotWindow::updateControls()

@@ -41,7 +41,6 @@ public Q_SLOTS:
     void refresh();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void setUp();
     void setTexts();
