@@ -1658,10 +1658,6 @@
         <translation>Keine Antwort: %1. Schließen und öffnen Sie dieses Fenster, um erneut zu fragen.</translation>
     </message>
     <message>
-        <source>Histograms of the server</source>
-        <translation>Histogramme des Servers</translation>
-    </message>
-    <message>
         <source>Asking the server...</source>
         <translation>Der Server wird gefragt...</translation>
     </message>
