@@ -86,6 +86,9 @@ HistogramChooser::HistogramChooser(const WindowContext& context)
     connect(this, &QDialog::accepted, this, &HistogramChooser::openChecked);
     auto* const list = findChild<QListWidget*>(QStringLiteral("listWidget"));
     connect(list, &QListWidget::itemChanged, this, &HistogramChooser::updateControls);
+    const auto nameList = [list] { list->setAccessibleName(tr("Histograms of the server")); };
+    nameList();
+    tarnis::onLanguageChange(*list, nameList);
     list->setWordWrap(true); // of texts that are wider than fitWidth() allows
     ask();
 }

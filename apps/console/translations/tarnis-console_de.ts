@@ -1704,6 +1704,10 @@
         <source>%1; only the first %2 are shown</source>
         <translation>%1; nur die ersten %2 werden gezeigt</translation>
     </message>
+    <message>
+        <source>Histograms of the server</source>
+        <translation>Histogramme des Servers</translation>
+    </message>
 </context>
 <context>
     <name>console::KeyboardDialog</name>
