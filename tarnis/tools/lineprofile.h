@@ -17,9 +17,10 @@ class XY2DGraphWidget;
 namespace tarnis {
 
 /// A line, or a band, in any direction across a map, and a plot of the bins along it. The profile is updated when the
-/// line is dragged and when data arrive. A bin belongs to the band if its centre is inside. The steps of the profile
-/// are as long as a bin in the direction of the line. Their position is X along a horizontal line, Y along a vertical
-/// one, and otherwise the number of bins from the start.
+/// line is dragged and when data arrive. The steps of the profile are as long as a bin in the direction of the line.
+/// Their position is X along a horizontal line, Y along a vertical one, and otherwise the number of bins from the
+/// start. Along an axis a bin belongs to the band if its centre is inside. Along a slanted line, sums and means take
+/// the fraction of a bin's area that lies in the step.
 ///
 /// While the tool is on, a left drag in the map draws a line, a drag of an end moves that end, a drag of the middle
 /// moves the line, and a drag of the handle beside it widens the band. While the map has the focus, B switches the
@@ -34,7 +35,7 @@ public:
     enum class Join {
         Sum, ///< sum of the finite bins
         Mean, ///< mean of the finite bins
-        Maximum ///< largest finite bin
+        Maximum ///< largest finite bin whose centre is in the step
     };
     Q_ENUM(Join)
 

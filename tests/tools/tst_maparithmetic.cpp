@@ -36,6 +36,51 @@ QList<QList<double>> ramp(int columns, int rows)
     return bins;
 }
 
+QList<QList<double>> randomRows(Generator& generator)
+{
+    QList<QList<double>> rows(whole(generator, 1, 40));
+    for (QList<double>& row : rows) {
+        row.resize(whole(generator, 0, 40));
+        for (double& value : row)
+            value = chance(generator, 0.05) ? notANumber : std::floor(uniform(generator, -5, 50));
+    }
+    return rows;
+}
+
+ProfileBand randomBand(Generator& generator)
+{
+    const auto place = [&] { return QPointF(uniform(generator, -10, 50), uniform(generator, -10, 50)); };
+    const QPointF from = place();
+    return { from, place(), uniform(generator, 0, 20) };
+}
+
+/// Sums and areas of the steps by a grid of points in each bin.
+struct ProfileOracle {
+    ProfileOracle(const QList<QList<double>>& rows, const ProfileBand& band)
+    {
+        const ProfileSteps steps = stepsOf(band);
+        areas.resize(steps.count);
+        sums.resize(steps.count);
+        for (int y = 0; y < rows.size() * perBin; ++y) {
+            const QList<double>& row = rows.at(y / perBin);
+            for (int x = 0; x < row.size() * perBin; ++x) {
+                const QPointF at = QPointF(x + 0.5, y + 0.5) / perBin - band.from;
+                const double along = QPointF::dotProduct(at, steps.direction) / steps.step + 0.5;
+                const double across = steps.direction.x() * at.y() - steps.direction.y() * at.x();
+                const double value = row.at(x / perBin);
+                if (!std::isfinite(value) || along < 0 || along >= steps.count || std::abs(across) > steps.halfWidth)
+                    continue;
+                areas[static_cast<int>(along)] += 1.0 / (perBin * perBin);
+                sums[static_cast<int>(along)] += value / (perBin * perBin);
+            }
+        }
+    }
+
+    static constexpr int perBin = 20;
+    QList<double> areas;
+    QList<double> sums;
+};
+
 } // namespace
 
 class TestMapArithmetic : public QObject {
@@ -174,7 +219,7 @@ private Q_SLOTS:
         QCOMPARE(left.values, (QList<double> { 205, 204, 203, 202, 201 }));
         const Profile up = profileAlong(bins, { { 3.5, 0.5 }, { 3.5, 4.5 }, 3 }, ProfileJoin::Mean);
         QCOMPARE(up.values, (QList<double> { 3, 103, 203, 303, 403 }));
-        QCOMPARE(up.bins, (QList<int> { 3, 3, 3, 3, 3 }));
+        QCOMPARE(up.areas, (QList<double> { 3, 3, 3, 3, 3 }));
         const Profile largest = profileAlong(bins, { { 3.5, 0.5 }, { 3.5, 4.5 }, 3 }, ProfileJoin::Maximum);
         QCOMPARE(largest.values, (QList<double> { 4, 104, 204, 304, 404 }));
         QCOMPARE(right.step, 1.0);
@@ -186,20 +231,13 @@ private Q_SLOTS:
             (QList<double> { 102 }));
     }
 
-    void countsEachBinOnce()
+    void maximaTakeEachBinOnce()
     {
         Generator generator = seededGenerator(1);
         for (int i = 0; i < 1500; ++i) {
-            QList<QList<double>> rows(whole(generator, 1, 40));
-            for (QList<double>& row : rows) {
-                row.resize(whole(generator, 0, 40));
-                for (double& value : row)
-                    value = chance(generator, 0.05) ? std::nan("") : std::floor(uniform(generator, -5, 50));
-            }
-            const auto place = [&] { return QPointF(uniform(generator, -10, 50), uniform(generator, -10, 50)); };
-            const ProfileBand band { place(), place(), uniform(generator, 0, 20) };
+            const QList<QList<double>> rows = randomRows(generator);
+            const ProfileBand band = randomBand(generator);
             const ProfileSteps steps = stepsOf(band);
-            double sum = 0.0;
             double largest = -infinity;
             int count = 0;
             for (int y = 0; y < rows.size(); ++y) {
@@ -211,29 +249,90 @@ private Q_SLOTS:
                     if (!std::isfinite(value) || along < -steps.step / 2 || along >= (steps.count - 0.5) * steps.step
                         || std::abs(across) > steps.halfWidth)
                         continue;
-                    sum += value;
                     largest = std::max(largest, value);
                     ++count;
                 }
             }
-            const Profile all = profileAlong(rows, band, ProfileJoin::Sum);
             const Profile top = profileAlong(rows, band, ProfileJoin::Maximum);
-            QCOMPARE(all.values.size(), steps.count);
-            double found = 0.0;
-            double foundLargest = -infinity;
-            int bins = 0;
+            QCOMPARE(top.values.size(), steps.count);
+            double found = -infinity;
+            double bins = 0;
             for (int k = 0; k < steps.count; ++k) {
-                QCOMPARE(std::isnan(all.values.at(k)), all.bins.at(k) == 0);
-                if (all.bins.at(k) > 0) {
-                    found += all.values.at(k);
-                    foundLargest = std::max(foundLargest, top.values.at(k));
-                }
-                bins += all.bins.at(k);
+                QCOMPARE(std::isnan(top.values.at(k)), top.areas.at(k) == 0.0);
+                if (top.areas.at(k) > 0.0)
+                    found = std::max(found, top.values.at(k));
+                bins += top.areas.at(k);
             }
             QCOMPARE(bins, count);
-            QCOMPARE(found, sum);
-            QCOMPARE(foundLargest, largest);
+            QCOMPARE(found, largest);
         }
+    }
+
+    void sumsTakeTheAreaOfEachBin()
+    {
+        Generator generator = seededGenerator(3);
+        for (int i = 0; i < 60; ++i) {
+            const QList<QList<double>> rows = randomRows(generator);
+            const ProfileBand band = randomBand(generator);
+            const Profile sums = profileAlong(rows, band, ProfileJoin::Sum);
+            const Profile means = profileAlong(rows, band, ProfileJoin::Mean);
+            const ProfileOracle expected(rows, band);
+            QCOMPARE(sums.values.size(), stepsOf(band).count);
+            for (int k = 0; k < sums.values.size(); ++k) {
+                // The oracle counts points: 400 in a bin, of which those near a border of the step may be on either
+                // side.
+                const double tolerance = 0.02 * (1.0 + expected.areas.at(k));
+                QVERIFY2(std::abs(sums.areas.at(k) - expected.areas.at(k)) < tolerance, qPrintable(QString::number(k)));
+                if (std::isnan(sums.values.at(k))) {
+                    QVERIFY(sums.areas.at(k) < 1e-9 && std::isnan(means.values.at(k)));
+                    continue;
+                }
+                QVERIFY(std::abs(sums.values.at(k) - expected.sums.at(k)) < 50 * tolerance);
+                QVERIFY(isNear(means.values.at(k) * sums.areas.at(k), sums.values.at(k)));
+            }
+        }
+    }
+
+    void aFlatMapHasAFlatProfile()
+    {
+        const QList<QList<double>> flat(200, QList<double>(200, 7.0));
+        Generator generator = seededGenerator(4);
+        for (int i = 0; i < 300; ++i) {
+            const auto place = [&] { return QPointF(uniform(generator, 60, 140), uniform(generator, 60, 140)); };
+            const ProfileBand band { place(), place(), uniform(generator, 0, 30) };
+            const ProfileSteps steps = stepsOf(band);
+            const Profile sums = profileAlong(flat, band, ProfileJoin::Sum);
+            for (const double value : sums.values)
+                QVERIFY(isNear(value, 7.0 * steps.step * 2.0 * steps.halfWidth));
+            for (const double value : profileAlong(flat, band, ProfileJoin::Mean).values)
+                QVERIFY(isNear(value, 7.0));
+        }
+    }
+
+    void aSpotKeepsItsContents()
+    {
+        QList<QList<double>> rows(100, QList<double>(100, 0.0));
+        rows[50][50] = 1000.0;
+        rows[52][49] = 300.0;
+        for (int degrees = 0; degrees < 360; degrees += 7) {
+            const QPointF way(std::cos(degrees * M_PI / 180), std::sin(degrees * M_PI / 180));
+            const QPointF middle(50.5, 50.5);
+            const Profile profile = profileAlong(rows, { middle - 30 * way, middle + 30 * way, 9 }, ProfileJoin::Sum);
+            const double sum = std::accumulate(profile.values.begin(), profile.values.end(), 0.0);
+            QVERIFY2(isNear(sum, 1300.0), qPrintable(QString::number(degrees)));
+        }
+    }
+
+    void aDiagonalOfTwoBins()
+    {
+        // The step at a bin's corners has half of each of four bins beside the bins of the diagonal.
+        const Profile profile =
+            profileAlong({ { 1, 0 }, { 0, 0 } }, { { 0.5, 0.5 }, { 1.5, 1.5 }, 1 }, ProfileJoin::Sum);
+        QCOMPARE(profile.values.size(), 2);
+        QVERIFY(isNear(profile.values.at(0), 1.0) && isNear(profile.values.at(1), 0.0));
+        const Profile beside =
+            profileAlong({ { 0, 1 }, { 0, 0 } }, { { 0.5, 0.5 }, { 1.5, 1.5 }, 1 }, ProfileJoin::Sum);
+        QVERIFY(isNear(beside.values.at(0), 0.25) && isNear(beside.values.at(1), 0.25));
     }
 
     void noStepOnTheMapIsEmpty()
@@ -242,9 +341,9 @@ private Q_SLOTS:
         const auto bins = ramp(60, 60);
         for (int i = 0; i < 1000; ++i) {
             const auto place = [&] { return QPointF(whole(generator, 2, 57) + 0.5, whole(generator, 2, 57) + 0.5); };
-            const Profile profile = profileAlong(bins, { place(), place(), 1 }, ProfileJoin::Mean);
-            for (const int count : profile.bins)
-                QVERIFY(count > 0);
+            const Profile profile = profileAlong(bins, { place(), place(), 1 }, ProfileJoin::Maximum);
+            for (const double area : profile.areas)
+                QVERIFY(area > 0.99);
         }
     }
 

@@ -1,6 +1,7 @@
 #include "tarnis/tools/maps/profilearithmetic_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -30,16 +31,141 @@ void cut(Interval& interval, double offset, double slope, double low, double hig
     interval.high = std::min(interval.high, std::max(a, b));
 }
 
-double joined(ProfileJoin join, double current, double value, int count)
-{
-    if (count == 0)
-        return value;
-    return join == ProfileJoin::Maximum ? std::max(current, value) : current + value;
-}
-
 bool isFinite(const QPointF& point)
 {
     return std::isfinite(point.x()) && std::isfinite(point.y());
+}
+
+/// The part of a bin that is in the band: its area in a step, and in the step after it.
+struct BinShare {
+    int step = 0;
+    double area = 0.0;
+    double areaAfter = 0.0;
+};
+
+/// Shares of bins in the steps of a band. Places are centres of bins, in bins along the line from the start of the band
+/// and across it.
+class BinShares {
+public:
+    BinShares(const ProfileSteps& steps, ProfileJoin join)
+        : m_steps(steps)
+        , m_isWhole(join == ProfileJoin::Maximum || steps.step == 1.0)
+    {
+    }
+
+    /// How far the centre of a bin with a share may be outside of the band, on each side.
+    double reach() const { return m_isWhole ? rounding : m_steps.step / 2.0; }
+
+    BinShare at(double along, double across) const { return m_isWhole ? whole(along, across) : parts(along, across); }
+
+private:
+    BinShare whole(double along, double across) const
+    {
+        const double before = m_steps.step / 2.0 + rounding; // the first step is centred on the start of the band
+        const double after = (m_steps.count - 0.5) * m_steps.step - rounding;
+        const bool isInside = along >= -before && along < after && across >= -m_steps.halfWidth - rounding
+            && across < m_steps.halfWidth - rounding;
+        if (!isInside)
+            return {};
+        const int step = static_cast<int>(std::floor((along + before) / m_steps.step));
+        return { std::clamp(step, 0, m_steps.count - 1), 1.0, 0.0 };
+    }
+
+    /// A bin is as long as a step, so that it is in two of them.
+    BinShare parts(double along, double across) const
+    {
+        const double half = m_steps.step / 2.0; // of the length and the width of a bin as seen from the line
+        const bool isNear = along > -m_steps.step && along < m_steps.count * m_steps.step
+            && std::abs(across) < m_steps.halfWidth + half;
+        if (!isNear)
+            return {};
+        BinShare share;
+        share.step = static_cast<int>(std::floor(along / m_steps.step));
+        const double border = (share.step + 0.5) * m_steps.step - along; // between the steps, from the centre
+        if (std::abs(across) <= m_steps.halfWidth - half) {
+            share.area = areaBefore(border);
+            share.areaAfter = 1.0 - share.area;
+            return share;
+        }
+        const Polygon bin = clipped(
+            clipped(square(), { 0.0, 1.0 }, m_steps.halfWidth - across), { 0.0, -1.0 }, m_steps.halfWidth + across);
+        share.area = areaOf(clipped(bin, { 1.0, 0.0 }, border));
+        share.areaAfter = areaOf(bin) - share.area;
+        return share;
+    }
+
+    /// The area of a bin before a line across the band at this distance from its centre: the integral of a trapezoid.
+    double areaBefore(double border) const
+    {
+        const double a = std::abs(m_steps.direction.x());
+        const double b = std::abs(m_steps.direction.y());
+        const double half = m_steps.step / 2.0; // of the bin's length
+        const double fromEdge = std::clamp(half - std::abs(border), 0.0, half);
+        const double outside = fromEdge < std::min(a, b) ? fromEdge * fromEdge / (2.0 * a * b)
+                                                         : (fromEdge - std::min(a, b) / 2.0) / std::max(a, b);
+        return border < 0.0 ? outside : 1.0 - outside;
+    }
+
+    /// A convex polygon. A square that is cut three times has at most seven corners.
+    struct Polygon {
+        std::array<QPointF, 8> corners;
+        std::size_t count = 0;
+    };
+
+    /// A bin around its centre, turned like the line.
+    Polygon square() const
+    {
+        const QPointF d = m_steps.direction / 2.0;
+        Polygon bin;
+        bin.corners = { QPointF(d.x() + d.y(), d.x() - d.y()), QPointF(d.y() - d.x(), d.x() + d.y()),
+            QPointF(-d.x() - d.y(), d.y() - d.x()), QPointF(d.x() - d.y(), -d.x() - d.y()) };
+        bin.count = 4;
+        return bin;
+    }
+
+    /// The part of the polygon with normal * place <= limit (Sutherland and Hodgman, 1974).
+    static Polygon clipped(const Polygon& polygon, const QPointF& normal, double limit)
+    {
+        Polygon part;
+        for (std::size_t i = 0; i < polygon.count; ++i) {
+            const QPointF from = polygon.corners[i];
+            const QPointF to = polygon.corners[i + 1 < polygon.count ? i + 1 : 0];
+            const double fromExcess = QPointF::dotProduct(from, normal) - limit;
+            const double toExcess = QPointF::dotProduct(to, normal) - limit;
+            if (fromExcess <= 0.0)
+                part.corners[part.count++] = from;
+            if ((fromExcess < 0.0 && toExcess > 0.0) || (fromExcess > 0.0 && toExcess < 0.0))
+                part.corners[part.count++] = from + (to - from) * (fromExcess / (fromExcess - toExcess));
+        }
+        return part;
+    }
+
+    static double areaOf(const Polygon& polygon)
+    {
+        double twice = 0.0;
+        for (std::size_t i = 0; i < polygon.count; ++i) {
+            const QPointF from = polygon.corners[i];
+            const QPointF to = polygon.corners[i + 1 < polygon.count ? i + 1 : 0];
+            twice += from.x() * to.y() - from.y() * to.x();
+        }
+        return std::abs(twice) / 2.0;
+    }
+
+    const ProfileSteps m_steps;
+    const bool m_isWhole; // a bin belongs to the step of its centre
+};
+
+/// Adds a bin to a step of the profile.
+void add(Profile& profile, ProfileJoin join, int step, double value, double area)
+{
+    if (area <= rounding || step < 0 || step >= profile.values.size())
+        return;
+    double& current = profile.values[step];
+    if (profile.areas[step] == 0.0)
+        current = value * area;
+    else
+        current = join == ProfileJoin::Maximum ? std::max(current, value) : current + value * area;
+    profile.areas[step] += area;
 }
 
 } // namespace
@@ -67,18 +193,17 @@ Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, 
     if (steps.count > maxProfileSteps)
         return profile;
     profile.values = QList<double>(steps.count, std::numeric_limits<double>::quiet_NaN());
-    profile.bins = QList<int>(steps.count, 0);
+    profile.areas = QList<double>(steps.count, 0.0);
+    const BinShares shares(steps, join);
     const QPointF d = steps.direction;
-    const double before = steps.step / 2.0 + rounding; // the first step is centred on the start of the band
-    const double after = steps.count * steps.step - steps.step / 2.0 - rounding;
-    double* const values = profile.values.data();
-    int* const bins = profile.bins.data();
     for (qsizetype row = 0; row < rows.size(); ++row) {
         const double y = static_cast<double>(row) + 0.5 - band.from.y();
         const double x0 = 0.5 - band.from.x();
+        const double width = steps.halfWidth + shares.reach();
         Interval columns;
-        cut(columns, x0 * d.x() + y * d.y(), d.x(), -before, after);
-        cut(columns, y * d.x() - x0 * d.y(), -d.y(), -steps.halfWidth - rounding, steps.halfWidth - rounding);
+        cut(columns, x0 * d.x() + y * d.y(), d.x(), -steps.step / 2.0 - shares.reach(),
+            (steps.count - 0.5) * steps.step + shares.reach());
+        cut(columns, y * d.x() - x0 * d.y(), -d.y(), -width, width);
         const auto last = static_cast<double>(rows.at(row).size() - 1);
         // One more column on each side, because the conditions are tested for each bin.
         const double first = std::max(std::floor(columns.low) - 1.0, 0.0);
@@ -86,23 +211,18 @@ Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, 
         if (!(first <= end))
             continue;
         for (auto column = static_cast<qsizetype>(first); column <= static_cast<qsizetype>(end); ++column) {
-            const double x = static_cast<double>(column) + x0;
-            const double along = x * d.x() + y * d.y();
-            const double across = y * d.x() - x * d.y();
             const double value = rows.at(row).at(column);
-            const bool isInside = along >= -before && along < after && across >= -steps.halfWidth - rounding
-                && across < steps.halfWidth - rounding;
-            if (!isInside || !std::isfinite(value))
+            if (!std::isfinite(value))
                 continue;
-            const int step =
-                std::clamp(static_cast<int>(std::floor((along + before) / steps.step)), 0, steps.count - 1);
-            values[step] = joined(join, values[step], value, bins[step]);
-            ++bins[step];
+            const double x = static_cast<double>(column) + x0;
+            const BinShare share = shares.at(x * d.x() + y * d.y(), y * d.x() - x * d.y());
+            add(profile, join, share.step, value, share.area);
+            add(profile, join, share.step + 1, value, share.areaAfter);
         }
     }
     if (join == ProfileJoin::Mean) {
         for (int i = 0; i < steps.count; ++i)
-            values[i] /= bins[i];
+            profile.values[i] /= profile.areas[i];
     }
     return profile;
 }

@@ -19,13 +19,12 @@ struct ProfileBand {
 /// A profile in steps of equal length.
 struct Profile {
     QList<double> values; ///< values of the steps; NaN for a step without a finite bin
-    QList<int> bins; ///< number of combined finite bins
+    QList<double> areas; ///< area of the combined finite bins; a bin is 1
     double step = 1.0; ///< length of a step in bins
 };
 
-/// The direction of a band, and its steps. Each bin whose centre is in the band belongs to one step. A step is as long
-/// as a bin in the direction of the line, 1 to 1.41 bins, so that every step on the map contains a bin. A narrower band
-/// is widened to that length.
+/// The direction of a band, and its steps. A step is as long as a bin in the direction of the line, 1 to 1.41 bins, so
+/// that every step on the map contains the centre of a bin. A narrower band is widened to that length.
 struct ProfileSteps {
     QPointF direction; ///< unit vector
     double step = 1.0;
@@ -35,6 +34,11 @@ struct ProfileSteps {
 ProfileSteps stepsOf(const ProfileBand& band);
 
 /// The profile. A band of more than maxProfileSteps, or with ends that are not finite, has no values.
+///
+/// Along an axis, and for maxima, a bin belongs to the step that contains its centre. Along a slanted line that would
+/// give every step another number of bins, so that sums show a comb where the map is flat. There a bin contributes to
+/// each step the fraction of its area that lies in it: a flat map has a flat profile, and all steps together have the
+/// contents of the band.
 Profile profileAlong(const QList<QList<double>>& rows, const ProfileBand& band, ProfileJoin join);
 constexpr int maxProfileSteps = 1 << 20;
 
