@@ -11,7 +11,20 @@ namespace tarnis {
 
 bool PlotAccess::isCutOn(const XY2DGraphWidget& map)
 {
-    return map.m_act1dCut->isChecked();
+    return map.m_act1dCut->isChecked() || map.m_1dCutActive;
+}
+
+std::optional<PlotAccess::CutAxis> PlotAccess::cutAxis(const XYGraphWidget& plot)
+{
+    const auto* const cut = qobject_cast<const VectorGraphWidget*>(&plot);
+    if (cut == nullptr || cut->m_cutMap.isNull())
+        return std::nullopt;
+    XY2DGraphWidget& map = *cut->m_cutMap;
+    if (map.m_parts->cut.plotX() == cut)
+        return CutAxis { map, Qt::Horizontal };
+    if (map.m_parts->cut.plotY() == cut)
+        return CutAxis { map, Qt::Vertical };
+    return std::nullopt; // its window is being closed
 }
 
 ColourScale PlotAccess::colourScale(const XY2DGraphWidget& map)

@@ -9,6 +9,7 @@
 #include "tarnis/plots/xy2dgraphwidget.h"
 
 #include <memory>
+#include <optional>
 
 namespace tarnis {
 
@@ -84,6 +85,13 @@ public:
 
     static const QList<double>& samples(const VectorGraphWidget& plot) { return plot.m_data; }
     static double largest(const VectorGraphWidget& plot) { return plot.m_maxValue; }
+    static void setCutMap(VectorGraphWidget& plot, XY2DGraphWidget& map) { plot.m_cutMap = &map; }
+    /// The axis of a map that a plot of its 1D cut shows as X.
+    struct CutAxis {
+        XY2DGraphWidget& map;
+        Qt::Orientation axis;
+    };
+    static std::optional<CutAxis> cutAxis(const XYGraphWidget& plot); ///< without a value for any other plot
 
     static const QList<MultiVectorGraphWidget::Data>& series(const MultiVectorGraphWidget& plot) { return plot.m_data; }
     static MultiVectorGraphWidget::AddType addType(const MultiVectorGraphWidget& plot) { return plot.m_addType; }

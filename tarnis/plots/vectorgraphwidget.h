@@ -6,6 +6,9 @@
 #include <tarnis/plots/xygraphwidget.h>
 
 #include <QList>
+#include <QPointer>
+
+class XY2DGraphWidget;
 
 /// Shows samples as a joined line. Sample i is at the middle of the bin from i to i + 1 or, on a manual X axis, at the
 /// middle of its part of the initial range. The caller sets the largest sample. Setters do not repaint unless
@@ -59,4 +62,5 @@ protected:
 
 private:
     friend class tarnis::PlotAccess;
+    QPointer<XY2DGraphWidget> m_cutMap; // of a plot in a window of that map's 1D cut
 };

@@ -5,6 +5,7 @@
 #include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 #include "tarnis/plots/xyrangeinputdialog.h"
@@ -144,6 +145,7 @@ void XY2DGraphWidget::Cut::openWindow(ModelessWidgetManager& windows, bool uprig
     auto* layout = new QGridLayout(window);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* plot = new VectorGraphWidget(window);
+    tarnis::PlotAccess::setCutMap(*plot, m_plot);
     plot->m_doubleBuffered = m_plot.m_doubleBuffered;
     keepCutActions(plot);
     if (upright) {

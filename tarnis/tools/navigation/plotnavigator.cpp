@@ -52,6 +52,10 @@ bool PlotNavigator::isHeld(Qt::Orientation axis) const
 {
     if (plot() == nullptr || m_data->view.isAuto(axis))
         return false;
+    if (const auto cut = PlotAccess::cutAxis(*plot()); cut && axis == Qt::Horizontal) {
+        const auto* const ofMap = cut->map.findChild<PlotNavigator*>(QString(), Qt::FindDirectChildrenOnly);
+        return ofMap != nullptr && ofMap->isHeld(cut->axis);
+    }
     return axis == Qt::Horizontal ? m_data->isHeldX : m_data->isHeldY;
 }
 

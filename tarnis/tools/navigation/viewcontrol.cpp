@@ -66,8 +66,8 @@ ViewState ViewControl::state() const
     ViewState view;
     view.x = PlotAccess::x(m_plot);
     view.y = PlotAccess::y(m_plot);
-    view.autoX = PlotAccess::isAutoX(m_plot);
-    view.autoY = PlotAccess::isAutoY(m_plot);
+    view.autoX = isAuto(Qt::Horizontal);
+    view.autoY = isAuto(Qt::Vertical);
     view.logScale = PlotAccess::isLogY(m_plot);
     if (const XY2DGraphWidget* image = map()) {
         view.levels = PlotAccess::levels(*image);
@@ -106,8 +106,15 @@ AxisScale ViewControl::scale(Qt::Orientation axis) const
     return axis == Qt::Vertical && map() == nullptr && PlotAccess::isLogY(m_plot) ? AxisScale::Log : AxisScale::Linear;
 }
 
+std::optional<ViewControl::CutAxis> ViewControl::mapAxis(Qt::Orientation axis) const
+{
+    return axis == Qt::Horizontal ? PlotAccess::cutAxis(m_plot) : std::nullopt;
+}
+
 bool ViewControl::isAuto(Qt::Orientation axis) const
 {
+    if (const std::optional<CutAxis> shown = mapAxis(axis))
+        return ViewControl(shown->map).isAuto(shown->axis);
     return axis == Qt::Horizontal ? PlotAccess::isAutoX(m_plot) : PlotAccess::isAutoY(m_plot);
 }
 
@@ -121,6 +128,14 @@ void ViewControl::redraw()
 
 void ViewControl::show(Qt::Orientation axis, AxisRange range)
 {
+    if (const std::optional<CutAxis> shown = mapAxis(axis)) {
+        ViewControl map(shown->map);
+        const AxisRange current = map.range(shown->axis);
+        // The cut along Y is turned: its axis runs the other way.
+        const bool isTurned = (range.min > range.max) != (current.min > current.max);
+        map.show(shown->axis, isTurned ? AxisRange { range.max, range.min } : range);
+        return;
+    }
     if (axis == Qt::Horizontal) {
         if (isAuto(axis))
             m_plot.onAutoScaleX(false);
@@ -135,6 +150,10 @@ void ViewControl::show(Qt::Orientation axis, AxisRange range)
 
 void ViewControl::fit(Qt::Orientation axis)
 {
+    if (const std::optional<CutAxis> shown = mapAxis(axis)) {
+        ViewControl(shown->map).fit(shown->axis);
+        return;
+    }
     if (axis == Qt::Horizontal)
         m_plot.onAutoScaleX(true);
     else
@@ -179,6 +198,8 @@ AxisRange ViewControl::extentY() const
 
 ViewLimits ViewControl::limits(Qt::Orientation axis) const
 {
+    if (const std::optional<CutAxis> shown = mapAxis(axis))
+        return ViewControl(shown->map).limits(shown->axis);
     if (axis == Qt::Vertical && map() == nullptr)
         return limitsOf(extentY(), scale(axis), smallestSpan(extentY(), scale(axis)));
     const PlotMapping mapping = PlotMapping::of(m_plot);
@@ -281,6 +302,8 @@ bool ViewControl::takeKey(int key)
     case Qt::Key_Home:
         m_plot.onReset();
         m_plot.refreshPixmap();
+        if (mapAxis(Qt::Horizontal))
+            fit(Qt::Horizontal);
         return true;
     default:
         return false;

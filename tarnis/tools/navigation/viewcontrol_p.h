@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarnis/plots/math/viewarithmetic_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/tools/navigation/viewhistory_p.h"
 
 #include <Qt>
@@ -16,7 +17,9 @@ class XYGraphWidget;
 
 namespace tarnis {
 
-/// The view of a plot for tools. The extent of the data is cached until forgetData().
+/// The view of a plot for tools. The X axis of a plot of a 1D cut is that of the map: the map sets its range with every
+/// update, so that its changes are made there, and its limits are those of the map. The extent of the data is cached
+/// until forgetData().
 class ViewControl {
 public:
     explicit ViewControl(XYGraphWidget& plot)
@@ -58,6 +61,9 @@ public:
     void forgetData() { m_extentY.reset(); }
 
 private:
+    using CutAxis = PlotAccess::CutAxis;
+    /// The map's axis in place of one of a cut; without a value for an axis of its own.
+    std::optional<CutAxis> mapAxis(Qt::Orientation axis) const;
     void zoomBy(Qt::Orientation axis, double factor, ZoomAnchor anchor);
     void panBy(Qt::Orientation axis, double share);
     void redraw();
