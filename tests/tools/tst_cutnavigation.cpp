@@ -1,5 +1,6 @@
 // Navigation in the plots of a map's 1D cut, whose X axes are those of the map, by real events.
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -78,7 +79,7 @@ struct CutFixture {
     {
         plot.activateWindow();
         plot.setFocus();
-        QTRY_VERIFY(plot.hasFocus());
+        TRY_VERIFY(plot.hasFocus());
         QTest::keyClick(&plot, static_cast<Qt::Key>(code));
         QCoreApplication::processEvents();
     }
