@@ -212,6 +212,7 @@ private Q_SLOTS:
         const QString path = folder.filePath("server");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
+        // A FakeServer ends with the thread that started it.
         file.write("#!/bin/sh\necho $$ > pid\necho 'UI port: 5000'\nexec sleep 600\n");
         file.close();
         QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));

@@ -2,6 +2,7 @@
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 #include "support/cases.h"
+#include "support/fakeserver.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -390,14 +391,10 @@ private Q_SLOTS:
 
     void watchEndsAtOnceWhileALocalServerStarts()
     {
-        QFile program(path("server"));
-        QVERIFY(program.open(QIODevice::WriteOnly));
-        program.write("#!/bin/sh\ntouch '" + path("started").toUtf8() + "'\ncat\n");
-        program.close();
-        QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        const tarnis::testing::FakeServer server({ "note started", "await-end" }); // announces no port
         QProcess process;
-        process.start(CLIENT_PATH, { "watch", "--timeout", "600", "--local", program.fileName() });
-        TRY_VERIFY(QFile::exists(path("started")));
+        process.start(CLIENT_PATH, { "watch", "--timeout", "600", "--local", server.path() });
+        TRY_VERIFY(server.hasNoted("started"));
         process.terminate();
         const Run run = clienttest::finish(process);
         QCOMPARE(run.exitCode, 0);
