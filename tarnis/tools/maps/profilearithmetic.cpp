@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace tarnis {
 
@@ -49,6 +50,7 @@ class BinShares {
 public:
     BinShares(const ProfileSteps& steps, ProfileJoin join)
         : m_steps(steps)
+        , m_corners(cornersOf(steps.direction))
         , m_isWhole(join == ProfileJoin::Maximum || steps.step == 1.0)
     {
     }
@@ -87,14 +89,16 @@ private:
             share.areaAfter = 1.0 - share.area;
             return share;
         }
-        const Polygon bin = clipped(
-            clipped(square(), { 0.0, 1.0 }, m_steps.halfWidth - across), { 0.0, -1.0 }, m_steps.halfWidth + across);
-        share.area = areaOf(clipped(bin, { 1.0, 0.0 }, border));
-        share.areaAfter = areaOf(bin) - share.area;
+        // The part of the bin between the borders of the band
+        const double upper = m_steps.halfWidth - across;
+        const double lower = -m_steps.halfWidth - across;
+        share.area = areaBefore(border, upper) - areaBefore(border, lower);
+        share.areaAfter = areaBefore(upper) - areaBefore(lower) - share.area;
         return share;
     }
 
-    /// The area of a bin before a line across the band at this distance from its centre: the integral of a trapezoid.
+    /// The area of a bin before a line across the band, or below a line along it, at this distance from its centre: the
+    /// integral of a trapezoid.
     double areaBefore(double border) const
     {
         const double a = std::abs(m_steps.direction.x());
@@ -106,52 +110,54 @@ private:
         return border < 0.0 ? outside : 1.0 - outside;
     }
 
-    /// A convex polygon. A square that is cut three times has at most seven corners.
-    struct Polygon {
-        std::array<QPointF, 8> corners;
-        std::size_t count = 0;
-    };
-
-    /// A bin around its centre, turned like the line.
-    Polygon square() const
+    /// The area of a bin before one line and below the other: that below its upper edges without that below its lower
+    /// ones.
+    double areaBefore(double border, double top) const
     {
-        const QPointF d = m_steps.direction / 2.0;
-        Polygon bin;
-        bin.corners = { QPointF(d.x() + d.y(), d.x() - d.y()), QPointF(d.y() - d.x(), d.x() + d.y()),
+        const double half = m_steps.step / 2.0;
+        if (top >= half)
+            return areaBefore(border);
+        if (top <= -half)
+            return 0.0;
+        double area = 0.0;
+        for (std::size_t i = 0; i < m_corners.size(); ++i)
+            area -= areaBelow(m_corners[i], m_corners[(i + 1) % m_corners.size()], border, top);
+        return area;
+    }
+
+    /// The integral over x of the edge, or of the top where that is lower, as far as the border; negative backwards.
+    static double areaBelow(QPointF from, QPointF to, double border, double top)
+    {
+        const bool isBackwards = from.x() > to.x();
+        if (isBackwards)
+            std::swap(from, to);
+        if (from.x() >= border)
+            return 0.0;
+        if (to.x() > border)
+            to = from + (to - from) * ((border - from.x()) / (to.x() - from.x()));
+        const double low = std::min(from.y(), to.y());
+        const double high = std::max(from.y(), to.y());
+        double height = top; // mean
+        if (high <= top) {
+            height = (low + high) / 2.0;
+        } else if (low < top) {
+            const double share = (top - low) / (high - low); // of the edge below the top
+            height = share * (low + top) / 2.0 + (1.0 - share) * top;
+        }
+        const double area = (to.x() - from.x()) * height;
+        return isBackwards ? -area : area;
+    }
+
+    /// The corners of a bin around its centre, as seen from the line, counter-clockwise.
+    static std::array<QPointF, 4> cornersOf(const QPointF& direction)
+    {
+        const QPointF d = direction / 2.0;
+        return { QPointF(d.x() + d.y(), d.x() - d.y()), QPointF(d.y() - d.x(), d.x() + d.y()),
             QPointF(-d.x() - d.y(), d.y() - d.x()), QPointF(d.x() - d.y(), -d.x() - d.y()) };
-        bin.count = 4;
-        return bin;
-    }
-
-    /// The part of the polygon with normal * place <= limit (Sutherland and Hodgman, 1974).
-    static Polygon clipped(const Polygon& polygon, const QPointF& normal, double limit)
-    {
-        Polygon part;
-        for (std::size_t i = 0; i < polygon.count; ++i) {
-            const QPointF from = polygon.corners[i];
-            const QPointF to = polygon.corners[i + 1 < polygon.count ? i + 1 : 0];
-            const double fromExcess = QPointF::dotProduct(from, normal) - limit;
-            const double toExcess = QPointF::dotProduct(to, normal) - limit;
-            if (fromExcess <= 0.0)
-                part.corners[part.count++] = from;
-            if ((fromExcess < 0.0 && toExcess > 0.0) || (fromExcess > 0.0 && toExcess < 0.0))
-                part.corners[part.count++] = from + (to - from) * (fromExcess / (fromExcess - toExcess));
-        }
-        return part;
-    }
-
-    static double areaOf(const Polygon& polygon)
-    {
-        double twice = 0.0;
-        for (std::size_t i = 0; i < polygon.count; ++i) {
-            const QPointF from = polygon.corners[i];
-            const QPointF to = polygon.corners[i + 1 < polygon.count ? i + 1 : 0];
-            twice += from.x() * to.y() - from.y() * to.x();
-        }
-        return std::abs(twice) / 2.0;
     }
 
     const ProfileSteps m_steps;
+    const std::array<QPointF, 4> m_corners;
     const bool m_isWhole; // a bin belongs to the step of its centre
 };
 
