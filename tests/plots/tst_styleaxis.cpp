@@ -6,6 +6,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -99,6 +100,10 @@ private Q_SLOTS:
             for (qsizetype k = 1; k < plan.major.size(); ++k)
                 QVERIFY(std::abs(plan.major.at(k) - plan.major.at(k - 1) - plan.step) < 1e-6 * plan.step);
             QCOMPARE(axisLabels(plan, LargeNumbers::Prefixes).size(), plan.major.size());
+            QList<double> ticks = plan.major + plan.minor;
+            std::sort(ticks.begin(), ticks.end());
+            const double part = ticks.at(1) - ticks.at(0);
+            QVERIFY(part <= plan.step / 3.9 && ticks.last() + part > low + span * (1.0 - 1e-6));
         }
     }
 

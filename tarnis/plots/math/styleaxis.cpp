@@ -19,7 +19,7 @@ constexpr double room = 0.05;
 constexpr double minRoom = 0.01; // minimum free fraction before the axis grows
 constexpr double minUse = 0.75; // minimum used fraction before the axis shrinks
 constexpr double lowestCount = 0.5;
-constexpr int maxTicks = 1000;
+constexpr int maxMultiples = 1000; // of a step; more are the ticks of a damaged range
 
 double powerOfTen(int exponent)
 {
@@ -105,7 +105,7 @@ QList<double> multiplesIn(AxisRange range, double step)
     QList<double> values;
     const double first = std::ceil(range.min / step - tolerance);
     const double count = std::floor(range.max / step + tolerance) - first;
-    for (int i = 0; i <= std::min<double>(count, maxTicks); ++i)
+    for (int i = 0; i <= std::min<double>(count, maxMultiples); ++i)
         values.append((first + i) * step);
     return values;
 }
@@ -172,7 +172,7 @@ TickPlan linearPlan(AxisRange range, int maxTicks, double smallestStep)
         return plan;
     const double firstPart = std::ceil(low / part - tolerance);
     const double partCount = std::floor(high / part + tolerance) - firstPart;
-    for (int i = 0; i <= std::min<double>(partCount, double(maxTicks) * parts); ++i) {
+    for (int i = 0; i <= std::min<double>(partCount, double(maxMultiples) * parts); ++i) {
         if (std::fmod(firstPart + i, parts) != 0.0)
             plan.minor.append((firstPart + i) * part);
     }
