@@ -287,6 +287,17 @@ private Q_SLOTS:
             || colourAt(with, onLine + QPoint(0, 1)) == colour);
         const std::unique_ptr<QPixmap> saved(map.toPixmap());
         QVERIFY(saved->toImage() != before);
+        // The handle of the width, 7 x 7 pixels, is for the mouse only.
+        const auto coloured = [&colour](const QImage& picture) {
+            int count = 0;
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x)
+                    count += picture.pixelColor(x, y) == colour ? 1 : 0;
+            }
+            return count;
+        };
+        const int ofHandle = coloured(with) - coloured(saved->toImage());
+        QVERIFY2(ofHandle >= 20 && ofHandle <= 49, qPrintable(QString::number(ofHandle)));
         delete profile;
         QCOMPARE(map.grab().toImage(), before);
         QCOMPARE(painted.count(), 0);
