@@ -93,7 +93,7 @@ private:
     TARNIS_NO_EXPORT bool noteChange();
     TARNIS_NO_EXPORT void commit(int kind, int serial, quint64 timeMs);
     TARNIS_NO_EXPORT void zoomAboutMiddle(int eighths);
-    TARNIS_NO_EXPORT static QString markText(Qt::Orientation axis);
+    TARNIS_NO_EXPORT QString markText(Qt::Orientation axis) const;
     TARNIS_NO_EXPORT QRect markFrame(Qt::Orientation axis) const;
     TARNIS_NO_EXPORT void fit(Qt::Orientation axis, bool both);
     TARNIS_NO_EXPORT void switchLog();

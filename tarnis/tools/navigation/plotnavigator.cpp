@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace tarnis {
@@ -212,9 +213,10 @@ void PlotNavigator::axisInitialized(Qt::Orientation axis, double previousMin, do
 
 // Marks of held axes
 
-QString PlotNavigator::markText(Qt::Orientation axis)
+QString PlotNavigator::markText(Qt::Orientation axis) const
 {
-    return axis == Qt::Horizontal ? tr("X held") : tr("Y held");
+    const auto cut = axis == Qt::Horizontal ? PlotAccess::cutAxis(*plot()) : std::nullopt;
+    return (cut ? cut->axis : axis) == Qt::Horizontal ? tr("X held") : tr("Y held");
 }
 
 QRect PlotNavigator::markFrame(Qt::Orientation axis) const
