@@ -297,7 +297,8 @@ private Q_SLOTS:
             return count;
         };
         const int ofHandle = coloured(with) - coloured(saved->toImage());
-        QVERIFY2(ofHandle >= 20 && ofHandle <= 49, qPrintable(QString::number(ofHandle)));
+        const double scale = with.devicePixelRatio() * with.devicePixelRatio();
+        QVERIFY2(ofHandle >= 20 * scale && ofHandle <= 49 * scale, qPrintable(QString::number(ofHandle)));
         delete profile;
         QCOMPARE(map.grab().toImage(), before);
         QCOMPARE(painted.count(), 0);
