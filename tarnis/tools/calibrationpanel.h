@@ -54,9 +54,6 @@ public Q_SLOTS:
 Q_SIGNALS:
     void calibrated(); ///< calibration() or message() has changed
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     struct Internals;
     TARNIS_NO_EXPORT void build();

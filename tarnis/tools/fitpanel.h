@@ -75,9 +75,6 @@ Q_SIGNALS:
     void fitted(); ///< a fit has ended; result() is this fit unless a previous good one was kept
     void stateChanged(); ///< saveState() differs
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     struct TARNIS_NO_EXPORT Internals;
     TARNIS_NO_EXPORT void connectControls();

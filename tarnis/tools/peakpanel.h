@@ -46,9 +46,6 @@ public Q_SLOTS:
 Q_SIGNALS:
     void searched(); ///< a search has ended; see peaks() and message()
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     struct Internals;
     TARNIS_NO_EXPORT void build();

@@ -38,7 +38,6 @@ protected:
     /// Follows the tools of the plot, and handles the keys of the buttons.
     bool eventFilter(QObject* object, QEvent* event) override;
     void actionEvent(QActionEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     TARNIS_NO_EXPORT void addPlotActions();

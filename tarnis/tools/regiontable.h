@@ -48,9 +48,6 @@ public Q_SLOTS:
     void release(); ///< removes these columns
     void copy(); ///< copies table() to the clipboard
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     TARNIS_NO_EXPORT void build();
     TARNIS_NO_EXPORT void setTexts();

@@ -1,5 +1,6 @@
 #include "tarnis/tools/plottoolbar.h"
 
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/foundation/trace_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
@@ -95,6 +96,7 @@ PlotToolBar::PlotToolBar(XYGraphWidget* plot, QWidget* parent)
     m_menu->setToolTipsVisible(true);
     nameBar();
     drawExtension();
+    onLanguageChange(*this, [this] { nameBar(); });
     connect(this, &QToolBar::orientationChanged, this, &PlotToolBar::drawExtension); // after the button's own change
     if (plot == nullptr) {
         qCWarning(TARNIS_TRACE_CATEGORY(), "PlotToolBar: a tool bar without a plot stays empty");
@@ -203,13 +205,6 @@ void PlotToolBar::nameBar()
         more->setAccessibleName(tr("More Tools"));
         more->setToolTip(tr("More Tools"));
     }
-}
-
-void PlotToolBar::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::LanguageChange)
-        nameBar();
-    QToolBar::changeEvent(event);
 }
 
 /// Keeps the menu in sync with the bar, and sets name and keys of each new button.

@@ -1,5 +1,6 @@
 #include "tarnis/tools/maps/levelstrip_p.h"
 
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotstyling_p.h"
@@ -42,6 +43,7 @@ LevelStrip::LevelStrip(XY2DGraphWidget& map)
     setObjectName(QStringLiteral("colourLevelStrip"));
     PlotAccess::colourBar(map).installEventFilter(this);
     retranslate();
+    onLanguageChange(*this, [this] { retranslate(); });
     place();
 }
 
@@ -54,8 +56,6 @@ void LevelStrip::retranslate()
 
 bool LevelStrip::event(QEvent* event)
 {
-    if (event->type() == QEvent::LanguageChange)
-        retranslate();
     // Escape cancels a drag; otherwise the window handles it.
     if (event->type() == QEvent::ShortcutOverride && isDragging()
         && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)

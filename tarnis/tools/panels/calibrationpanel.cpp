@@ -1,6 +1,7 @@
 #include "tarnis/tools/calibrationpanel.h"
 
 #include "tarnis/analysis/peaktable.h"
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/panels/backgroundrun_p.h"
 #include "tarnis/tools/panels/calibrationmodel_p.h"
@@ -10,7 +11,6 @@
 #include "tarnis/tools/plotcalibration.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -76,6 +76,12 @@ CalibrationPanel::CalibrationPanel(XYGraphWidget* plot, QWidget* parent)
     build();
     buildFileButtons();
     setTexts();
+    onLanguageChange(*this, [this] {
+        setTexts();
+        m_data->model->retranslate();
+        if (m_data->calibration.isValid())
+            showCalibration(QString());
+    });
     setSource(calibrationSources().value(0));
     if (const PlotCalibration* const applied = plot != nullptr ? PlotCalibration::of(*plot) : nullptr) {
         m_data->calibration = applied->calibration();
@@ -330,17 +336,6 @@ void CalibrationPanel::remove()
     if (plot() != nullptr)
         PlotCalibration::remove(*plot());
     m_data->message->setText(tr("The axis shows channels."));
-}
-
-void CalibrationPanel::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    m_data->model->retranslate();
-    if (m_data->calibration.isValid())
-        showCalibration(QString());
 }
 
 } // namespace tarnis

@@ -1,5 +1,6 @@
 #include "tarnis/tools/fitpanel.h"
 
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/tools/panels/fitpanel_p.h"
 
 #include "tarnis/plots/plotmapping.h"
@@ -9,7 +10,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -70,6 +70,13 @@ FitPanel::FitPanel(XYGraphWidget* plot, QWidget* parent)
     m_data->controls.build(*this, plot, m_data->parameters);
     m_data->controls.residuals->tieTo(plot);
     setWindowTitle(tr("Fit"));
+    onLanguageChange(*this, [this] {
+        m_data->controls.setTexts();
+        setWindowTitle(tr("Fit"));
+        showTrendNames(0);
+        if (m_data->shown.status != FitStatus::Refused)
+            showResult(QString());
+    });
     showControls();
     connectControls();
     connectPlot();
@@ -337,18 +344,6 @@ void FitPanel::showGoodness(const QString& note)
     m_data->controls.residuals->setPoints(std::move(points));
     const bool isGood = note.isEmpty() && (m_data->isGuess || result.acceptable) && result.status != FitStatus::Refused;
     showMessage(note.isEmpty() ? summaryOf(result, m_data->isGuess) : note, isGood);
-}
-
-void FitPanel::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    m_data->controls.setTexts();
-    setWindowTitle(tr("Fit"));
-    showTrendNames(0);
-    if (m_data->shown.status != FitStatus::Refused)
-        showResult(QString());
 }
 
 } // namespace tarnis

@@ -1,5 +1,6 @@
 #include "tarnis/tools/peakpanel.h"
 
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/xygraphwidget.h"
@@ -12,7 +13,6 @@
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -73,6 +73,11 @@ PeakPanel::PeakPanel(XYGraphWidget* plot, QWidget* parent)
 {
     build();
     setTexts();
+    onLanguageChange(*this, [this] {
+        setTexts();
+        m_data->model->retranslate();
+        showTable();
+    });
     m_data->calibrationChanged = [this] { showTable(); };
     showTable();
 }
@@ -255,16 +260,6 @@ void PeakPanel::clear()
 void PeakPanel::copy()
 {
     copyText(table());
-}
-
-void PeakPanel::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    m_data->model->retranslate();
-    showTable();
 }
 
 } // namespace tarnis

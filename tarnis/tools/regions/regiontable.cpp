@@ -1,12 +1,12 @@
 #include "tarnis/tools/regiontable.h"
 
+#include "tarnis/foundation/retranslator.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/tools/panels/paneltext_p.h"
 #include "tarnis/tools/regions/regiontablemodel_p.h"
 
 #include <QAction>
 #include <QDateTime>
-#include <QEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -63,6 +63,10 @@ RegionTable::RegionTable(XYGraphWidget* plot, QWidget* parent)
 {
     build();
     setTexts();
+    onLanguageChange(*this, [this] {
+        setTexts();
+        Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, RegionTableModel::Columns - 1);
+    });
     if (m_regions) {
         connect(m_regions, &PlotRegions::regionsChanged, this, [this] {
             showMessage({});
@@ -189,15 +193,6 @@ void RegionTable::setTexts()
     controls.copy->setToolTip(tr("Copy the table with all digits"));
     controls.save->setText(tr("Save Regions..."));
     controls.load->setText(tr("Load Regions..."));
-}
-
-void RegionTable::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
-        return;
-    setTexts();
-    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, RegionTableModel::Columns - 1);
 }
 
 void RegionTable::showColumns()
