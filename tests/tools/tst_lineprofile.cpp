@@ -298,7 +298,7 @@ private Q_SLOTS:
         };
         const int ofHandle = coloured(with) - coloured(saved->toImage());
         const double scale = with.devicePixelRatio() * with.devicePixelRatio();
-        QVERIFY2(ofHandle >= 20 * scale && ofHandle <= 49 * scale, qPrintable(QString::number(ofHandle)));
+        QVERIFY2(ofHandle >= 14 * scale && ofHandle <= 49 * scale, qPrintable(QString::number(ofHandle)));
         delete profile;
         QCOMPARE(map.grab().toImage(), before);
         QCOMPARE(painted.count(), 0);
