@@ -1,5 +1,6 @@
 // Groups of linked plots: which axes share a range, how plots join and leave, what is stored.
 #include "plots/plotlinks.h"
+#include "support/visibleplot.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -14,6 +15,8 @@
 #include <QToolButton>
 
 using namespace console;
+using namespace tarnis::testing;
+using tarnis::AxisRange;
 
 namespace {
 
@@ -27,37 +30,11 @@ template <typename Plot> struct LinkedPlot {
     PlotLink& link() const { return *plot.template findChild<PlotLink*>(); }
     QAction& action() { return *bar.actions().constFirst(); }
     void choose(const char* group) { bar.template findChild<QAction*>(QLatin1StringView(group))->trigger(); }
-    void showX(double min, double max)
-    {
-        plot.onAutoScaleX(false);
-        plot.setMinMaxX(min, max);
-        plot.refreshPixmap();
-    }
-    void showY(double min, double max)
-    {
-        plot.onAutoScaleY(false);
-        plot.setMinMaxY(min, max);
-        plot.refreshPixmap();
-    }
-    std::pair<double, double> x()
-    {
-        std::pair<double, double> ends;
-        plot.getMinMaxX(ends.first, ends.second);
-        return ends;
-    }
-    std::pair<double, double> y()
-    {
-        std::pair<double, double> ends;
-        plot.getMinMaxY(ends.first, ends.second);
-        return ends;
-    }
-
     Plot plot;
     tarnis::PlotToolBar bar { &plot };
 };
 using Curve = LinkedPlot<VectorGraphWidget>;
 using Map = LinkedPlot<XY2DGraphWidget>;
-using Range = std::pair<double, double>;
 
 const QString timeName = QStringLiteral("Time [us]");
 const QString countsName = QStringLiteral("Counts");
@@ -75,12 +52,12 @@ private Q_SLOTS:
         Curve energies(QStringLiteral("Energy [keV]"), countsName);
         for (Curve* const curve : { &first, &second, &energies })
             curve->choose("linkGroupA");
-        const Range before = energies.x();
-        first.showX(20.0, 30.0);
-        TRY_COMPARE(second.x(), Range(20.0, 30.0));
-        QCOMPARE(energies.x(), before);
-        second.showX(5.0, 6.0);
-        TRY_COMPARE(first.x(), Range(5.0, 6.0));
+        const AxisRange before = rangeX(energies.plot);
+        showX(first.plot, { 20.0, 30.0 });
+        TRY_COMPARE(rangeX(second.plot), (AxisRange { 20.0, 30.0 }));
+        QCOMPARE(rangeX(energies.plot), before);
+        showX(second.plot, { 5.0, 6.0 });
+        TRY_COMPARE(rangeX(first.plot), (AxisRange { 5.0, 6.0 }));
     }
 
     void countsOfCurvesStayTheirOwn()
@@ -89,11 +66,11 @@ private Q_SLOTS:
         Curve second(timeName, countsName);
         first.choose("linkGroupA");
         second.choose("linkGroupA");
-        const Range before = second.y();
-        first.showY(1.0, 2.0);
-        first.showX(20.0, 30.0);
-        TRY_COMPARE(second.x(), Range(20.0, 30.0));
-        QCOMPARE(second.y(), before);
+        const AxisRange before = rangeY(second.plot);
+        showY(first.plot, { 1.0, 2.0 });
+        showX(first.plot, { 20.0, 30.0 });
+        TRY_COMPARE(rangeX(second.plot), (AxisRange { 20.0, 30.0 }));
+        QCOMPARE(rangeY(second.plot), before);
     }
 
     void aMapSharesBothAxes()
@@ -104,11 +81,11 @@ private Q_SLOTS:
         map.choose("linkGroupB");
         other.choose("linkGroupB");
         curve.choose("linkGroupB");
-        map.showX(1.0, 2.0);
-        map.showY(3.0, 4.0);
-        TRY_COMPARE(other.x(), Range(1.0, 2.0));
-        TRY_COMPARE(other.y(), Range(3.0, 4.0));
-        TRY_COMPARE(curve.x(), Range(3.0, 4.0));
+        showX(map.plot, { 1.0, 2.0 });
+        showY(map.plot, { 3.0, 4.0 });
+        TRY_COMPARE(rangeX(other.plot), (AxisRange { 1.0, 2.0 }));
+        TRY_COMPARE(rangeY(other.plot), (AxisRange { 3.0, 4.0 }));
+        TRY_COMPARE(rangeX(curve.plot), (AxisRange { 3.0, 4.0 }));
     }
 
     void groupsAreApartAndCanBeLeft()
@@ -119,12 +96,12 @@ private Q_SLOTS:
         first.choose("linkGroupA");
         second.choose("linkGroupA");
         third.choose("linkGroupB");
-        const Range before = third.x();
+        const AxisRange before = rangeX(third.plot);
         second.choose("linkGroup"); // not linked
-        first.showX(20.0, 30.0);
+        showX(first.plot, { 20.0, 30.0 });
         third.choose("linkGroupA"); // the range of the group
-        TRY_COMPARE(third.x(), Range(20.0, 30.0));
-        QCOMPARE(second.x(), before);
+        TRY_COMPARE(rangeX(third.plot), (AxisRange { 20.0, 30.0 }));
+        QCOMPARE(rangeX(second.plot), before);
     }
 
     void aClosedPlotLeavesItsGroup()
@@ -135,10 +112,10 @@ private Q_SLOTS:
             Curve second(timeName, countsName);
             second.choose("linkGroupA");
         }
-        first.showX(20.0, 30.0);
+        showX(first.plot, { 20.0, 30.0 });
         Curve third(timeName, countsName);
         third.choose("linkGroupA");
-        TRY_COMPARE(third.x(), Range(20.0, 30.0));
+        TRY_COMPARE(rangeX(third.plot), (AxisRange { 20.0, 30.0 }));
     }
 
     void theButtonNamesTheGroup()
@@ -157,14 +134,14 @@ private Q_SLOTS:
     void theGroupIsPartOfTheView()
     {
         Curve first(timeName, countsName);
-        first.showX(20.0, 30.0);
+        showX(first.plot, { 20.0, 30.0 });
         first.choose("linkGroupA");
         const QJsonObject state = tarnis::PlotView::stateOf(first.plot);
         Curve second(timeName, countsName);
         QCOMPARE(tarnis::PlotView::apply(second.plot, state), QString());
         QCOMPARE(second.link().group(), QStringLiteral("A"));
-        second.showX(40.0, 50.0);
-        TRY_COMPARE(first.x(), Range(40.0, 50.0));
+        showX(second.plot, { 40.0, 50.0 });
+        TRY_COMPARE(rangeX(first.plot), (AxisRange { 40.0, 50.0 }));
         second.link().restoreState({ { QStringLiteral("group"), QStringLiteral("unknown") } });
         QCOMPARE(second.link().group(), QStringLiteral("A"));
     }

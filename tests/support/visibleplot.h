@@ -44,4 +44,18 @@ inline AxisRange rangeY(XYGraphWidget& plot)
     return range;
 }
 
+/// Shows a range of an axis and ends its automatic scaling, as a zoom by the user does.
+inline void showX(XYGraphWidget& plot, AxisRange range)
+{
+    plot.onAutoScaleX(false);
+    plot.setMinMaxX(range.min, range.max);
+    plot.refreshPixmap();
+}
+inline void showY(XYGraphWidget& plot, AxisRange range)
+{
+    plot.onAutoScaleY(false);
+    plot.setMinMaxY(range.min, range.max);
+    plot.refreshPixmap();
+}
+
 } // namespace tarnis::testing
