@@ -21,6 +21,15 @@ namespace tarnis {
 class PlotOverlay;
 class PlotStyling;
 
+/// The view of an axis that a group of linked axes has set or followed.
+struct LinkedView {
+    bool isAuto = true;
+    AxisRange range; ///< without a meaning if it is automatic
+    quint64 serial = 0; ///< later changes of any plot have larger ones; 0: none
+
+    bool isSame(const LinkedView& other) const { return isAuto == other.isAuto && (isAuto || range == other.range); }
+};
+
 /// Owned by the plot. Compares the plot's state with the last reported one and calls the observers from the event loop.
 /// Also stores the input settings of the widget that tools have changed, and restores them with the last tool.
 class PlotHooks : public QObject {
@@ -54,6 +63,9 @@ public:
     void add(PlotStyling& styling) { m_stylings.append(&styling); }
     void remove(PlotStyling& styling) { m_stylings.removeOne(&styling); }
     /// @}
+
+    /// The last view that any group of linked axes has set or followed.
+    LinkedView& linkedView(Qt::Orientation axis) { return axis == Qt::Horizontal ? m_linkedX : m_linkedY; }
 
     /// Of the samples that tools and styles read.
     SampleBlockCache& blocks() { return m_blocks; }
@@ -119,6 +131,8 @@ private:
     int m_readOuts = 0;
     QStringList m_seriesNames;
     QList<PlotStyling*> m_stylings;
+    LinkedView m_linkedX;
+    LinkedView m_linkedY;
     SampleBlockCache m_blocks;
 };
 

@@ -19,7 +19,8 @@ namespace tarnis {
 /// When the user or the host changes the range of one axis, all others show this range, and their automatic scaling
 /// ends. When automatic scaling of one axis is switched on, it is switched on for all, and each follows its own data
 /// until the next change. The group only passes on ranges, never data. Each plot is repainted once for all changes
-/// since its last paint, and hidden plots are not painted. Ranges are exactly equal.
+/// since its last paint, and hidden plots are not painted. Ranges are exactly equal. Of changes of several plots in one
+/// pass of the event loop, the last one remains.
 ///
 /// The group does not own the plots. A destroyed plot is removed from it. GUI thread only.
 class TARNIS_EXPORT AxisLink : public QObject {
@@ -40,12 +41,14 @@ public:
 
 Q_SIGNALS:
     /// The range of the group has changed. Emitted after all plots have been updated, but not for automatic scaling.
+    /// add() emits it for a change of a member that was still to be reported.
     void rangeChanged(double min, double max);
 
 private:
     class Member;
     friend class Member;
-    TARNIS_NO_EXPORT void follow(const Member& source);
+    TARNIS_NO_EXPORT void follow(Member& source);
+    TARNIS_NO_EXPORT void postLateChanges();
     TARNIS_NO_EXPORT void followLateChanges();
     TARNIS_NO_EXPORT Member* find(const XYGraphWidget* plot, Qt::Orientation axis) const;
     TARNIS_NO_EXPORT void dropDestroyed();

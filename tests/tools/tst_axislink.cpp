@@ -114,6 +114,92 @@ private Q_SLOTS:
         QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
     }
 
+    void aNewMemberTakesARangeThatIsNotYetReported()
+    {
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        AxisLink link;
+        link.add(&a, Qt::Horizontal);
+        QSignalSpy changed(&link, &AxisLink::rangeChanged);
+        showX(a, { 5, 6 });
+        link.add(&b, Qt::Horizontal); // in the same pass of the event loop
+        QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(a), (AxisRange { 5, 6 }));
+        QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
+        QCOMPARE(changed.size(), 1);
+    }
+
+    void aChangeThatUndoesTheJoiningIsFollowed_data()
+    {
+        QTest::addColumn<bool>("isAuto");
+        QTest::newRow("back to automatic scaling") << true;
+        QTest::newRow("back to a range") << false;
+    }
+    void aChangeThatUndoesTheJoiningIsFollowed()
+    {
+        QFETCH(bool, isAuto);
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        const PlotNavigator observer(&b); // the plot compares its views from now on
+        if (isAuto)
+            showX(a, { 5, 6 });
+        else
+            showX(b, { 5, 6 });
+        QCoreApplication::processEvents();
+        AxisLink link;
+        link.add(&a, Qt::Horizontal);
+        link.add(&b, Qt::Horizontal);
+        if (isAuto)
+            b.onAutoScaleX(true);
+        else
+            showX(b, { 5, 6 });
+        QCoreApplication::processEvents();
+        QCOMPARE(isAutoX(a), isAuto);
+        QCOMPARE(rangeX(a), rangeX(b));
+    }
+
+    void theLastOfSeveralChangesIsFollowed()
+    {
+        VectorGraphWidget a, b, c;
+        AxisLink link;
+        for (VectorGraphWidget* const plot : { &a, &b, &c }) {
+            fill(*plot);
+            link.add(plot, Qt::Horizontal);
+        }
+        showX(a, { 1, 2 });
+        QCoreApplication::processEvents();
+        a.onAutoScaleX(true);
+        showX(b, { 3, 4 });
+        QCoreApplication::processEvents();
+        for (VectorGraphWidget* const plot : { &a, &b, &c })
+            QCOMPARE(rangeX(*plot), (AxisRange { 3, 4 }));
+        showX(c, { 5, 6 });
+        showX(a, { 7, 8 });
+        link.remove(&a, Qt::Horizontal);
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(b), (AxisRange { 5, 6 }));
+        QCOMPARE(rangeX(a), (AxisRange { 7, 8 }));
+    }
+
+    void aChangeIsFollowedAfterOneThatIsNone()
+    {
+        VectorGraphWidget a, b;
+        fill(a);
+        fill(b);
+        AxisLink link;
+        link.add(&a, Qt::Horizontal);
+        link.add(&b, Qt::Horizontal);
+        showX(a, { 1, 2 });
+        QCoreApplication::processEvents();
+        showX(b, { 3, 4 });
+        showX(a, { 5, 5 }); // not a range
+        QCoreApplication::processEvents();
+        QCOMPARE(rangeX(a), (AxisRange { 3, 4 }));
+    }
+
     void mapAndCurveShareAxesOfDifferentDirection()
     {
         XY2DGraphWidget map;
@@ -189,6 +275,33 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
         QCOMPARE(changed.size(), 1);
         QCOMPARE(rangeX(a), (AxisRange { 1, 2 }));
+        showX(b, { 3, 4 });
+        showX(c, { 5, 6 });
+        showX(a, { 7, 8 });
+        for (int i = 0; i < 50; ++i)
+            QCoreApplication::processEvents();
+        QVERIFY2(changed.size() < 5, "the ranges run round the ring");
+        QCOMPARE(rangeX(a), rangeX(b));
+        QCOMPARE(rangeX(a), rangeX(c));
+    }
+
+    void aPlotOfAnotherGroupTakesTheRangeOfItsNewOne()
+    {
+        VectorGraphWidget a, b, c;
+        fill(a);
+        fill(b);
+        fill(c);
+        AxisLink first, second;
+        showX(c, { 1, 2 });
+        second.add(&c, Qt::Horizontal);
+        first.add(&a, Qt::Horizontal);
+        first.add(&b, Qt::Horizontal);
+        showX(a, { 3, 4 }); // later than the range of the second group
+        QCoreApplication::processEvents();
+        second.add(&b, Qt::Horizontal);
+        QCOMPARE(rangeX(b), (AxisRange { 1, 2 }));
+        TRY_COMPARE(rangeX(a), (AxisRange { 1, 2 }));
+        QCOMPARE(rangeX(c), (AxisRange { 1, 2 }));
     }
 
     void plotsMayGoAtAnyTime()

@@ -1,17 +1,36 @@
 #include "tarnis/tools/axislink.h"
 
 #include "tarnis/foundation/trace_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/navigation/viewcontrol_p.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <utility>
 #include <vector>
 
 namespace tarnis {
+
+namespace {
+
+/// Whether other plots can show it.
+bool isShowable(AxisRange range)
+{
+    return std::isfinite(range.min) && std::isfinite(range.max) && range.min != range.max;
+}
+
+/// GUI thread only.
+quint64 nextSerial()
+{
+    static quint64 s_last = 0;
+    return ++s_last;
+}
+
+} // namespace
 
 /// One axis of the group.
 class TARNIS_NO_EXPORT AxisLink::Member : public PlotObserver {
@@ -21,62 +40,72 @@ public:
         , m_link(link)
         , m_axis(axis)
     {
+        note(view(), serialOf(view()));
     }
 
     Qt::Orientation axis() const { return m_axis; }
-    AxisRange range() const { return ViewControl(*observedPlot()).range(m_axis); }
-    bool isAuto() const { return ViewControl(*observedPlot()).isAuto(m_axis); }
-    void show(AxisRange range)
+    LinkedView view() const ///< the current one, without a serial
     {
-        ViewControl(*observedPlot()).show(m_axis, range);
-        m_set = { isAuto(), this->range() };
+        const ViewControl control(*observedPlot());
+        return { control.isAuto(m_axis), control.range(m_axis), 0 };
     }
-    void fit()
+    /// The serial of the group that has set this view, or a new one for a change of the plot.
+    quint64 serialOf(const LinkedView& view) const
     {
-        ViewControl(*observedPlot()).fit(m_axis);
-        m_set = { isAuto(), range() };
+        const LinkedView& linked = PlotHooks::of(*observedPlot()).linkedView(m_axis);
+        return linked.serial > 0 && linked.isSame(view) ? linked.serial : nextSerial();
     }
-    /// True once if the axis was changed after show() or fit(). A plot does not report a change that another one undoes
-    /// in the same pass of the event loop.
-    bool takeChangeSinceSet()
+    void show(const LinkedView& wanted)
     {
-        const std::optional<View> set = std::exchange(m_set, std::nullopt);
-        return set && (set->isAuto != isAuto() || (!set->isAuto && set->range != range()));
+        ViewControl control(*observedPlot());
+        if (wanted.isAuto && !control.isAuto(m_axis))
+            control.fit(m_axis);
+        else if (!wanted.isAuto && (control.isAuto(m_axis) || control.range(m_axis) != wanted.range))
+            control.show(m_axis, wanted.range);
+        note(view(), wanted.serial);
+    }
+    /// The group knows this view of the plot.
+    void note(const LinkedView& view, quint64 serial)
+    {
+        m_known = { view.isAuto, view.range, serial };
+        PlotHooks::of(*observedPlot()).linkedView(m_axis) = m_known;
+    }
+    /// Whether the view is not the known one. A plot does not report a change that another one undoes in the same pass
+    /// of the event loop.
+    bool isChanged() const
+    {
+        const LinkedView now = view();
+        return !m_known.isSame(now) && (now.isAuto || isShowable(now.range));
     }
 
 protected:
-    void plotChanged(Changes changes) override
+    void plotChanged(Changes /*changes*/) override
     {
-        if (changes.testFlag(m_axis == Qt::Horizontal ? RangeX : RangeY) || changes.testFlag(AutoScale))
+        if (isChanged())
             m_link.follow(*this);
     }
     void axisInitialized(Qt::Orientation axis, double /*previousMin*/, double /*previousMax*/) override;
 
 private:
-    struct View {
-        bool isAuto = true;
-        AxisRange range;
-    };
-
     AxisLink& m_link;
     Qt::Orientation m_axis;
-    std::optional<View> m_set; ///< state right after the group set it
+    LinkedView m_known; ///< the one that the group has set or followed last
 };
 
 struct TARNIS_NO_EXPORT AxisLink::State {
     std::vector<std::unique_ptr<Member>> members;
-    bool isAuto = true;
-    AxisRange range; // range of the group, unless it is automatic
+    LinkedView view; // of the group
+    bool isPosted = false; // a call of followLateChanges()
 };
 
 /// A host that sets up an axis shows its full range. In a group that is not automatic, the range of the group is kept
 /// if the new axis overlaps it; otherwise the group adopts the range of the axis.
 void AxisLink::Member::axisInitialized(Qt::Orientation axis, double /*previousMin*/, double /*previousMax*/)
 {
-    if (axis != m_axis || m_link.m_state->isAuto || isAuto())
+    if (axis != m_axis || m_link.m_state->view.isAuto || ViewControl(*observedPlot()).isAuto(axis))
         return;
-    const AxisRange initial = range();
-    const AxisRange wanted = m_link.m_state->range;
+    const AxisRange initial = ViewControl(*observedPlot()).range(axis);
+    const AxisRange wanted = m_link.m_state->view.range;
     if (std::max(wanted.min, wanted.max) <= std::min(initial.min, initial.max)
         || std::min(wanted.min, wanted.max) >= std::max(initial.min, initial.max))
         return;
@@ -114,17 +143,18 @@ void AxisLink::add(XYGraphWidget* plot, Qt::Orientation axis)
     }
     if (contains(plot, axis))
         return;
+    const QPointer<XYGraphWidget> guard(plot); // a slot may delete it
+    followLateChanges(); // a change that is not yet reported came first
+    if (guard.isNull())
+        return;
     dropDestroyed();
     m_state->members.push_back(std::make_unique<Member>(*this, *plot, axis));
     Member& added = *m_state->members.back();
-    if (m_state->members.size() == 1) {
-        m_state->isAuto = added.isAuto();
-        m_state->range = added.range();
-    } else if (!m_state->isAuto) {
-        added.show(m_state->range);
-    } else if (!added.isAuto()) {
-        added.fit();
-    }
+    if (m_state->members.size() == 1)
+        m_state->view = added.view();
+    m_state->view.serial = nextSerial(); // to join is a change, also for other groups of the axis
+    added.show(m_state->view);
+    postLateChanges();
 }
 
 void AxisLink::remove(XYGraphWidget* plot, Qt::Orientation axis)
@@ -144,40 +174,50 @@ qsizetype AxisLink::count() const
         [](const auto& member) { return member->observedPlot() != nullptr; });
 }
 
-/// Called for every change of a member, including changes made by the group. Then the member is equal to the group,
-/// which ends the recursion.
-void AxisLink::follow(const Member& source)
+/// Changes of several members in one pass of the event loop follow each other. A change that arrives from another group
+/// with the same axis is older than this group's view if this group has followed a later one meanwhile. Without that
+/// rule two ranges could run round a ring of groups forever.
+void AxisLink::follow(Member& source)
 {
-    const bool isAuto = source.isAuto();
-    const AxisRange range = source.range();
-    if (isAuto == m_state->isAuto && (isAuto || range == m_state->range))
+    LinkedView view = source.view();
+    view.serial = source.serialOf(view);
+    source.note(view, view.serial);
+    postLateChanges();
+    if (view.isSame(m_state->view))
         return;
-    if (!isAuto && !(std::isfinite(range.min) && std::isfinite(range.max) && range.min != range.max))
-        return; // a range that another plot cannot show
-    m_state->isAuto = isAuto;
-    m_state->range = range;
-    for (const auto& member : m_state->members) {
-        if (member.get() == &source || member->observedPlot() == nullptr)
-            continue;
-        if (isAuto && !member->isAuto())
-            member->fit();
-        else if (!isAuto && (member->isAuto() || member->range() != range))
-            member->show(range);
+    if (view.serial <= m_state->view.serial) {
+        source.show(m_state->view);
+        return;
     }
-    QMetaObject::invokeMethod(
-        this, [this] { followLateChanges(); }, Qt::QueuedConnection);
-    if (!isAuto)
-        Q_EMIT rangeChanged(range.min, range.max);
+    m_state->view = view;
+    for (const auto& member : m_state->members) {
+        if (member.get() != &source && member->observedPlot() != nullptr && !member->isChanged())
+            member->show(view);
+    }
+    if (!view.isAuto)
+        Q_EMIT rangeChanged(view.range.min, view.range.max);
 }
 
+void AxisLink::postLateChanges()
+{
+    if (std::exchange(m_state->isPosted, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_state->isPosted = false;
+            followLateChanges();
+        },
+        Qt::QueuedConnection);
+}
+
+/// Follows a change that no plot has reported yet, or that none will report.
 void AxisLink::followLateChanges()
 {
-    for (const auto& member : m_state->members) {
-        if (member->observedPlot() != nullptr && member->takeChangeSinceSet()) {
-            follow(*member);
-            return; // all members have been set to this change
-        }
-    }
+    const auto changed = std::find_if(m_state->members.begin(), m_state->members.end(),
+        [](const auto& member) { return member->observedPlot() != nullptr && member->isChanged(); });
+    if (changed != m_state->members.end())
+        follow(**changed);
 }
 
 } // namespace tarnis
