@@ -3,11 +3,15 @@
 #include "console/histogramserver.h"
 #include "console/windowlists.h"
 #include "histograms/histogramlist.h"
+#include "plots/plotlinks.h"
+#include "support/visibleplot.h"
 #include "support/wait.h"
 #include "windows/openwindows.h"
 
 #include <tarnis/plots/multivectorgraphwidget.h>
+#include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
 
 #include <QApplication>
 #include <QComboBox>
@@ -211,6 +215,46 @@ private Q_SLOTS:
         QVERIFY(fresh);
         TRY_VERIFY(fresh->getGraphWidget()->hasData());
         QCOMPARE(fresh->isAutoUpdate(), isLive);
+    }
+
+    void theViewOfThePlotStays_data()
+    {
+        QTest::addColumn<QByteArray>("time");
+        QTest::addColumn<tarnis::AxisRange>("range");
+        QTest::addColumn<bool>("isLinked");
+        const tarnis::AxisRange zoomed { 10000, 20000 };
+        QTest::newRow("other bins") << QByteArray("bins=8 min=0 max=40000 label=Time unit=us") << zoomed << true;
+        QTest::newRow("range outside") << QByteArray("bins=4 min=0 max=500 label=Time unit=us")
+                                       << tarnis::AxisRange { 0, 500 } << true;
+        QTest::newRow("other unit") << QByteArray("bins=4 min=0 max=40000 label=Time unit=ms")
+                                    << tarnis::AxisRange { 0, 40000 } << false;
+    }
+    void theViewOfThePlotStays()
+    {
+        QFETCH(QByteArray, time);
+        QFETCH(tarnis::AxisRange, range);
+        QFETCH(bool, isLinked);
+        HistogramServer server;
+        ConsoleFixture fixture;
+        const QPointer<QWidget> curves = openCurves(server, fixture);
+        auto& before = *curves->findChild<MultiVectorGraphWidget*>();
+        VectorGraphWidget other;
+        other.init(before.getNameX(), QStringLiteral("Counts"), 40000, 50, true, true);
+        auto* const link = new PlotLink(&other); // owned by the plot
+        link->join(QStringLiteral("A"));
+        curves->findChild<PlotLink*>()->join(QStringLiteral("A"));
+        curves->findChild<tarnis::PlotCrosshair*>()->setOn(true);
+        showX(before, { 10000, 20000 });
+        comeBackWith(server, fixture, "OK:\ntime: kind=1d rows=2 " + time + "\n");
+        TRY_VERIFY(curves.isNull());
+        const QWidget* const fresh = fixture.window->windows().find(QStringLiteral("curves"));
+        QVERIFY(fresh);
+        auto& after = *fresh->findChild<MultiVectorGraphWidget*>();
+        TRY_COMPARE(rangeX(after), range);
+        QVERIFY(fresh->findChild<tarnis::PlotCrosshair*>()->isOn());
+        QCOMPARE(fresh->findChild<PlotLink*>()->group(), QStringLiteral("A"));
+        showX(other, { 100, 200 });
+        TRY_COMPARE(rangeX(after), isLinked ? (tarnis::AxisRange { 100, 200 }) : range);
     }
 
     void keepsAFilteredMapAfterItsMapCloses()

@@ -17,6 +17,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QJsonObject>
 #include <QPointer>
 #include <QScreen>
 #include <QSettings>
@@ -79,6 +80,39 @@ void handOverMaps(const QWidget& old, QWidget& fresh)
         map->setParent(&fresh, map->windowFlags()); // hides it
         showInPlace(*map, place, states, isActive);
     }
+}
+
+/// Makes an axis automatic whose range is outside of it, because the plot would be empty.
+void showReachableRanges(const QWidget& window, XYGraphWidget& plot)
+{
+    const auto isOutside = [](double min, double max, double first, double last) {
+        return first < last && (std::max(min, max) <= first || std::min(min, max) >= last);
+    };
+    double min = 0.0, max = 0.0, first = 0.0, last = 0.0;
+    plot.getInitMinMaxX(first, last);
+    if (!plot.getMinMaxX(min, max) && isOutside(min, max, first, last))
+        plot.onAutoScaleX(true);
+    plot.getInitMinMaxY(first, last);
+    if (qobject_cast<const Graph2DDialog*>(&window) && !plot.getMinMaxY(min, max) && isOutside(min, max, first, last))
+        plot.onAutoScaleY(true);
+}
+
+/// Shows the view of the old window in the new one, for example its range and group of links. The range of an axis that
+/// has another name now, for example another unit, is not kept.
+void handOverView(const QWidget& old, const QWidget& fresh)
+{
+    XYGraphWidget* const from = plotOf(old);
+    XYGraphWidget* const to = plotOf(fresh);
+    if (!from || !to)
+        return;
+    tarnis::InteractiveTool::cancelDrags(*from);
+    QJsonObject view = tarnis::PlotView::stateOf(*from);
+    if (from->getNameX() != to->getNameX())
+        view.remove(QLatin1String("x"));
+    if (from->getNameY() != to->getNameY())
+        view.remove(QLatin1String("y"));
+    tarnis::PlotView::apply(*to, view);
+    showReachableRanges(fresh, *to);
 }
 
 /// The size of a new window with a plot: room for the tools and a readable plot, but at most three fifths of the screen
@@ -219,7 +253,6 @@ void OpenWindows::storeView(const QWidget& window)
         Q_EMIT viewFailed(error);
 }
 
-/// A range outside of the current axis is not restored, because the plot would be empty.
 void OpenWindows::restoreView(const QWidget& window, const QString& id)
 {
     XYGraphWidget* const plot = plotOf(window);
@@ -228,16 +261,7 @@ void OpenWindows::restoreView(const QWidget& window, const QString& id)
     const QString error = m_views.restore(*plot, id);
     if (!error.isEmpty())
         Q_EMIT viewFailed(error);
-    const auto isOutside = [](double min, double max, double first, double last) {
-        return first < last && (std::max(min, max) <= first || std::min(min, max) >= last);
-    };
-    double min = 0.0, max = 0.0, first = 0.0, last = 0.0;
-    plot->getInitMinMaxX(first, last);
-    if (!plot->getMinMaxX(min, max) && isOutside(min, max, first, last))
-        plot->onAutoScaleX(true);
-    plot->getInitMinMaxY(first, last);
-    if (qobject_cast<const Graph2DDialog*>(&window) && !plot->getMinMaxY(min, max) && isOutside(min, max, first, last))
-        plot->onAutoScaleY(true);
+    showReachableRanges(window, *plot);
 }
 
 bool OpenWindows::eventFilter(QObject* object, QEvent* event)
@@ -296,6 +320,8 @@ void OpenWindows::replace(
         return;
     const QPointer<QWidget> active = QApplication::activeWindow();
     QWidget* const fresh = enter(id, createHidden(make), title);
+    applyTheme(*fresh); // the style is part of the view
+    handOverView(*old, *fresh);
     disconnect(old, nullptr, &m_windows, nullptr); // the new window uses its key
     fresh->setProperty(orderProperty, old->property(orderProperty));
     showInPlace(*fresh, old->normalGeometry(), old->windowState(), active == old);

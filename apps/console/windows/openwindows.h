@@ -44,7 +44,7 @@ public:
     /// The open window of this id, possibly minimized; null if it is not open.
     QWidget* find(const QString& id);
     /// Replaces the open window by one that `make` creates. The new one adopts its geometry, its order, the focus if it
-    /// had it, and its filtered maps. The old one is closed.
+    /// had it, the view of its plot, and its filtered maps. The old one is closed.
     void replace(const QString& id, const std::function<QWidget*()>& make, const std::function<QString()>& title);
     /// The visible windows that can be arranged, in the order of opening. Excludes boxes and the windows of a plot.
     QList<QWidget*> onScreen() const;
