@@ -12,6 +12,7 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QVariant>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -235,8 +236,27 @@ void BoxPlacer::arrange()
         placeInPane(boxes);
 }
 
+/// A desktop can ignore the size that a window gets while it is just being shown, and then take the same size again for
+/// no change. So the window gets another size, and the right one when the desktop has had the time to apply that.
+void BoxPlacer::sendSizeAgain(QWindow& shown)
+{
+    constexpr int timeToApply = 100; // ms
+    if (!shown.isExposed())
+        return;
+    shown.removeEventFilter(this); // until it is shown again
+    const auto found = std::find_if(
+        m_boxes.begin(), m_boxes.end(), [&](const QDialog* box) { return box && box->windowHandle() == &shown; });
+    if (!m_isPane || found == m_boxes.end())
+        return;
+    const QScopedValueRollback guard(m_isArranging, true);
+    (*found)->resize((*found)->size() + QSize(1, 0));
+    QTimer::singleShot(timeToApply, this, &BoxPlacer::arrange);
+}
+
 bool BoxPlacer::eventFilter(QObject* object, QEvent* event)
 {
+    if (event->type() == QEvent::Expose)
+        sendSizeAgain(static_cast<QWindow&>(*object));
     const bool isChange = event->type() == QEvent::Move || event->type() == QEvent::Resize
         || event->type() == QEvent::Show || event->type() == QEvent::Hide || event->type() == QEvent::WindowStateChange;
     if (!isChange || m_isArranging)
@@ -246,6 +266,8 @@ bool BoxPlacer::eventFilter(QObject* object, QEvent* event)
         m_timer.start(0);
         return false;
     }
+    if (QWindow* const handle = box->windowHandle(); handle && event->type() == QEvent::Show)
+        handle->installEventFilter(this);
     m_wanted.insert(box, box->geometry());
     if (m_isPane && event->type() == QEvent::Move)
         arrange(); // at once, to avoid showing it at the wrong position

@@ -9,6 +9,7 @@
 #include <QTimer>
 
 class QDialog;
+class QWindow;
 class XYGraphWidget;
 
 namespace console {
@@ -58,6 +59,7 @@ protected:
     void growBy(int width, const QRect& before);
     QRect paneRect() const;
     void placeInPane(const QList<QDialog*>& boxes);
+    void sendSizeAgain(QWindow& shown);
 
     QWidget& m_window;
     QList<QPointer<QDialog>> m_boxes;
