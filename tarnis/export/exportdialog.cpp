@@ -300,7 +300,7 @@ QString ExportDialog::save() const
 {
     if (pictureFormatOfName(path()))
         return m_exporter.savePicture(path(), options());
-    Dataset table = m_exporter.dataset(Extent(m_controls->extent->currentData().toInt()));
+    Dataset table = m_exporter.datasetFor(path(), Extent(m_controls->extent->currentData().toInt()));
     if (!m_histogram.isEmpty())
         table.title = m_histogram;
     table.source = m_source;

@@ -3,6 +3,7 @@
 #include "tarnis/plots/curvenames_p.h"
 #include "tarnis/plots/math/bingeometry_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/vectorgraphwidget.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
 
@@ -237,9 +238,23 @@ Dataset visiblePart(const XYGraphWidget& plot, const Dataset& whole)
     return cropped(whole, columns, rows);
 }
 
+Dataset partOf(const XYGraphWidget& plot, const Dataset& data, Extent extent)
+{
+    return extent == Extent::All ? data : visiblePart(plot, data);
+}
+
+/// Replaces positions by the values that the labels of the axis show.
+void nameBins(DataAxis& axis, qsizetype bins, const XYGraphWidget& plot)
+{
+    if (axis.values.empty())
+        axis.values = edgesOf(axis, bins);
+    for (double& value : axis.values)
+        value = PlotAccess::namedX(plot, value);
+}
+
 } // namespace
 
-Dataset plotData(XYGraphWidget& plot, Extent extent)
+Dataset plotData(XYGraphWidget& plot, Extent extent, TableScale scale)
 {
     Dataset data;
     if (auto* const single = qobject_cast<VectorGraphWidget*>(&plot))
@@ -251,7 +266,10 @@ Dataset plotData(XYGraphWidget& plot, Extent extent)
     data.title = plot.*Frame::title;
     if (!isConsistent(data))
         return {};
-    return extent == Extent::All ? data : visiblePart(plot, data);
+    data = partOf(plot, data, extent);
+    if (scale == TableScale::Named && PlotAccess::namesSecondScale(plot) && data.columns > 0)
+        nameBins(data.x, data.columns, plot);
+    return data;
 }
 
 } // namespace tarnis

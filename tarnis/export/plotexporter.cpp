@@ -44,6 +44,12 @@ Dataset PlotExporter::dataset(Extent extent) const
     return plotData(m_plot, extent);
 }
 
+Dataset PlotExporter::datasetFor(const QString& path, Extent extent) const
+{
+    const bool hasChannels = QFileInfo(path).suffix().toLower() == u"spe";
+    return plotData(m_plot, extent, hasChannels ? TableScale::Positions : TableScale::Named);
+}
+
 QImage PlotExporter::image(const PictureOptions& options) const
 {
     return PlotPicture(m_plot, options).image();
@@ -74,7 +80,7 @@ QString PlotExporter::savePicture(const QString& path, const PictureOptions& opt
 
 QString PlotExporter::saveData(const QString& path, Extent extent) const
 {
-    return writeDataset(path, dataset(extent));
+    return writeDataset(path, datasetFor(path, extent));
 }
 
 QString PlotExporter::print(QPrinter& printer, const PictureOptions& options) const

@@ -54,7 +54,10 @@ public:
     explicit PlotExporter(XYGraphWidget& plot);
 
     /// The values with axes: a spectrum, the curves that are visible, or a map. Without rows if the plot shows nothing.
+    /// On a plot with a PlotCalibration X is the energy.
     Dataset dataset(Extent extent = Extent::All) const;
+    /// The same as saveData() writes it: an .spe file has channels instead of energies.
+    Dataset datasetFor(const QString& path, Extent extent = Extent::All) const;
 
     /// A picture of size * dpi / 96 pixels; null if that is more than 400 million.
     QImage image(const PictureOptions& options = {}) const;

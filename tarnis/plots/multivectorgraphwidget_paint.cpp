@@ -5,6 +5,7 @@
 #include "tarnis/plots/math/peakcurve_p.h"
 #include "tarnis/plots/math/readout_p.h"
 #include "tarnis/plots/math/seriesgrouping_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/raster/devicepixels_p.h"
 
@@ -136,7 +137,8 @@ void MultiVectorGraphWidget::paintPeak(QPainter& painter, const PeakSearch::Gaus
 void MultiVectorGraphWidget::mouseMoveEvent(QMouseEvent* event)
 {
     const tarnis::ReadOutAxis axis { { m_minX, m_maxX }, { m_initMinX, m_initMaxX }, m_decimalX != 0,
-        static_cast<double>(m_resolution), m_funcX2Plot, m_funcPlot2X };
+        static_cast<double>(m_resolution), m_funcX2Plot, m_funcPlot2X,
+        tarnis::PlotAccess::namesSecondScale(*this) ? m_funcX2Tick : nullptr, m_funcUserData };
     const bool apart = m_addType == AddNone || m_addType == AddEachGroup || m_addType == AddEachPosition;
     const QString text = isReadOutByTool() ? QString()
                                            : tarnis::readOut(m_data, event->position().toPoint(), m_graphRect, axis,

@@ -54,6 +54,15 @@ public:
     static TickFunction tickFunction(const XYGraphWidget& plot) { return plot.m_funcX2Tick; }
     static bool hasTickFunction(const XYGraphWidget& plot);
     static void* tickData(const XYGraphWidget& plot) { return plot.m_funcUserData; }
+    /// Whether the name of X is that of the second scale.
+    static bool namesSecondScale(const XYGraphWidget& plot);
+    /// X on the scale that its name and its labels show: an energy on a calibrated plot, otherwise X itself. @{
+    static double namedX(const XYGraphWidget& plot, double x) { return namesSecondScale(plot) ? tickOf(plot, x) : x; }
+    static AxisRange namedX(const XYGraphWidget& plot, AxisRange x)
+    {
+        return { namedX(plot, x.min), namedX(plot, x.max) };
+    }
+    /// @}
 
     /// The labels that open an editor: left, right, bottom, top end. @{
     static QRect minXLabel(const XYGraphWidget& plot) { return plot.m_labelRectMinX; }

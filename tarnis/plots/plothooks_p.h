@@ -67,6 +67,11 @@ public:
     /// The last view that any group of linked axes has set or followed.
     LinkedView& linkedView(Qt::Orientation axis) { return axis == Qt::Horizontal ? m_linkedX : m_linkedY; }
 
+    /// The name of X is that of the second scale of setFuncX2Tick(), which labels and read-outs then show. @{
+    bool namesSecondScale() const { return m_namesSecondScale; }
+    void setNamesSecondScale(bool on) { m_namesSecondScale = on; }
+    /// @}
+
     /// Of the samples that tools and styles read.
     SampleBlockCache& blocks() { return m_blocks; }
 
@@ -129,6 +134,7 @@ private:
     QCursor m_hadCursor;
     bool m_hadOwnCursor = false;
     int m_readOuts = 0;
+    bool m_namesSecondScale = false;
     QStringList m_seriesNames;
     QList<PlotStyling*> m_stylings;
     LinkedView m_linkedX;

@@ -88,6 +88,11 @@ bool tarnis::PlotAccess::hasTickFunction(const XYGraphWidget& plot)
     return plot.m_funcX2Tick != identity;
 }
 
+bool tarnis::PlotAccess::namesSecondScale(const XYGraphWidget& plot)
+{
+    return plot.m_hooks != nullptr && plot.m_hooks->namesSecondScale();
+}
+
 void XYGraphWidget::viewTouched()
 {
     if (m_hooks != nullptr)

@@ -3,16 +3,24 @@
 #include "support/wait.h"
 
 #include <tarnis/analysis/peakshape.h>
+#include <tarnis/export/plotexporter.h>
+#include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/calibrationpanel.h>
 #include <tarnis/tools/plotcalibration.h>
+#include <tarnis/tools/plotcrosshair.h>
+#include <tarnis/tools/plotkeyboard.h>
+#include <tarnis/tools/plotmarkers.h>
+#include <tarnis/tools/plotruler.h>
 
 #include <QFile>
+#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 
 #include <array>
 #include <cmath>
@@ -46,6 +54,20 @@ void show(VectorGraphWidget& plot)
     plot.setData(samples);
     plot.setMaxValue(6000);
     plot.refreshPixmap();
+    plot.resize(600, 400);
+    plot.show();
+    plot.grab();
+}
+
+/// Bins of 1 channel.
+void show(VectorGraphWidget& plot, const QList<double>& samples)
+{
+    const auto count = static_cast<double>(samples.size());
+    plot.m_doubleBuffered = true;
+    plot.init(QStringLiteral("Channel"), QStringLiteral("Counts"), count, 100, true, true);
+    plot.initManualX(0.0, count);
+    plot.setData(samples);
+    plot.setMaxValue(100);
     plot.resize(600, 400);
     plot.show();
     plot.grab();
@@ -124,6 +146,68 @@ private Q_SLOTS:
         QCOMPARE(PlotCalibration::of(plot), nullptr);
         QCOMPARE(plot.getNameX(), QStringLiteral("Channel"));
         QVERIFY(!PlotMapping::of(plot).hasTickFunction());
+    }
+
+    /// The numbers of tools and tables belong to the name of the axis.
+    void toolsAndTablesShowEnergies()
+    {
+        const auto energyAt = [](double x) { return 10.0 + x * (0.5 + 0.0625 * x); };
+        EnergyCalibration calibration;
+        calibration.coefficients = { 10.0, 0.5, 0.0625 };
+        VectorGraphWidget plot;
+        show(plot, { 4, 9, 16, 25, 36, 49, 64, 81 });
+        PlotCrosshair crosshair(&plot);
+        PlotMarkers markers(&plot);
+        PlotRuler ruler(&plot);
+        const PlotKeyboard keyboard(&plot);
+        crosshair.pinAt({ 2.5, 1.0 });
+        markers.add({ 2.5, 0.0 });
+        ruler.setEnds({ 2.5, 0.0 }, { 6.5, 0.0 });
+        QCOMPARE(PlotCalibration::apply(plot, calibration), QString());
+        QCOMPARE(crosshair.text(), QStringLiteral("Energy [keV] [11.25, 12.0625) bin 2   16 ± 4"));
+        QCOMPARE(
+            crosshair.table(), QStringLiteral("bin\tEnergy [keV] lo\tEnergy [keV] hi\tvalue\n2\t11.25\t12.0625\t16\n"));
+        QCOMPARE(markers.table().section(u'\n', 1, 1), QStringLiteral("A\t11.640625\t2\t11.25\t12.0625\t16"));
+        QVERIFY(ruler.text().startsWith(QStringLiteral("Δx %1 ").arg(energyAt(6.5) - energyAt(2.5))));
+        QVERIFY(keyboard.value().startsWith(QStringLiteral("Energy [keV] from 10 to 18,")));
+
+        const Dataset all = PlotExporter(plot).dataset();
+        QCOMPARE(all.x.name, QStringLiteral("Energy"));
+        QCOMPARE(all.x.unit, QStringLiteral("keV"));
+        QCOMPARE(all.x.values.size(), std::size_t(9));
+        for (std::size_t i = 0; i < all.x.values.size(); ++i)
+            QCOMPARE(all.x.values.at(i), energyAt(double(i)));
+        plot.setMinMaxX(2.0, 4.0);
+        const PlotExporter exporter(plot);
+        QCOMPARE(exporter.dataset(Extent::Visible).x.values, (std::vector { 11.25, 12.0625, 13.0 }));
+        QCOMPARE(
+            exporter.datasetFor(QStringLiteral("a.SPE"), Extent::Visible).x.values, (std::vector { 2.0, 3.0, 4.0 }));
+        const QTemporaryDir folder;
+        QCOMPARE(exporter.saveData(folder.filePath(QStringLiteral("a.spe"))), QString());
+
+        PlotCalibration::remove(plot);
+        QCOMPARE(crosshair.text(), QStringLiteral("Channel [2, 3) bin 2   16 ± 4"));
+        QVERIFY(PlotExporter(plot).dataset().x.values.empty());
+    }
+
+    void toolTipShowsTheEnergy()
+    {
+        MultiVectorGraphWidget plot;
+        plot.init(QStringLiteral("Channel"), QStringLiteral("Counts"), 8, 10, true, true);
+        plot.initManualX(0, 8);
+        plot.setData(0, { 1, 2, 3, 4, 5, 6, 7, 8 }, 10);
+        plot.resizeData(1);
+        plot.resize(400, 300);
+        plot.show();
+        plot.grab();
+        EnergyCalibration calibration;
+        calibration.coefficients = { 100.0, 2.0 };
+        QCOMPARE(PlotCalibration::apply(plot, calibration), QString());
+        plot.grab();
+        const QPointF at = PlotMapping::of(plot).pixelOf({ 3.5, 5.0 });
+        QMouseEvent move(QEvent::MouseMove, at, plot.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&plot, &move);
+        QCOMPARE(QToolTip::text(), QStringLiteral("Energy [keV]:106 i:4"));
     }
 
     void keepsAScaleOfTheHost()

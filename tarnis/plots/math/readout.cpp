@@ -72,7 +72,8 @@ QString readOut(const QList<Series>& series, QPoint pixel, const QRect& graph, c
     const qsizetype count = series.constFirst().values.size();
     const double x = AxisMapping::horizontal(axis.visible, graph).valueAfter(pixel.x() - graph.left());
     const int index = sampleAt(x, axis, count);
-    const QString xText = plainNumber(shownX(index, axis, count));
+    const double xShown = shownX(index, axis, count);
+    const QString xText = plainNumber(axis.named != nullptr ? axis.named(xShown, axis.namedData) : xShown);
     if (summed || series.size() == 1)
         return QStringLiteral("%1:%2 i:%3").arg(names.x, xText, plainNumber(sumAt(series, index)));
 

@@ -20,6 +20,8 @@ struct ReadOutAxis {
     double resolution = 1.0;
     double (*plotX)(double, void*) = nullptr; ///< position to plot X value, or null
     double (*position)(double, void*) = nullptr; ///< plot X value to position, or null
+    double (*named)(double, void*) = nullptr; ///< plot X value to the scale that the axis names, or null
+    void* namedData = nullptr; ///< its second argument
 };
 
 /// Index of the sample at plot X value `x`, within 0..count - 1. `count` is at least 1.

@@ -78,7 +78,8 @@ PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, dou
     if (readOut.column < 0)
         return readOut;
     readOut.edgesX = mapping.columnEdges(readOut.column);
-    if (mapping.hasTickFunction())
+    readOut.namedX = PlotAccess::namedX(plot, readOut.edgesX);
+    if (mapping.hasTickFunction() && !PlotAccess::namesSecondScale(plot))
         readOut.tick = mapping.tickOf(readOut.edgesX.min + (readOut.edgesX.max - readOut.edgesX.min) / 2.0);
     if (map != nullptr) {
         readOut.row = mapping.rowAt(y);
@@ -100,7 +101,7 @@ QString PlotReadOut::text() const
 {
     if (!isInside())
         return QStringLiteral("–");
-    QStringList parts { binText(nameX, column, edgesX) };
+    QStringList parts { binText(nameX, column, namedX) };
     if (tick)
         parts << QStringLiteral("= %1").arg(readOutNumber(*tick));
     if (isMap)
@@ -146,7 +147,7 @@ QString PlotReadOut::table(const QStringList& headers) const
     if (!isInside())
         return {};
     QStringList header = binHeaders(nameX, QStringLiteral("bin"));
-    QStringList numbers { QString::number(column), exactNumber(edgesX.min), exactNumber(edgesX.max) };
+    QStringList numbers { QString::number(column), exactNumber(namedX.min), exactNumber(namedX.max) };
     if (isMap) {
         header += binHeaders(nameY, QStringLiteral("row"));
         numbers << QString::number(row) << exactNumber(edgesY.min) << exactNumber(edgesY.max);

@@ -31,6 +31,7 @@ struct PlotReadOut {
     qsizetype row = -1; ///< row of a map
     bool isMap = false;
     AxisRange edgesX;
+    AxisRange namedX; ///< the same edges on the scale that the name of X belongs to
     AxisRange edgesY;
     std::optional<double> tick; ///< the middle of the bin on the second scale
     QList<ReadOutValue> values;

@@ -231,7 +231,7 @@ QString PlotMarkers::table() const
     for (const PlotMarker& marker : m_markers) {
         const PlotReadOut read = readOutAt(*plot(), mapping, marker.position.x(), marker.position.y());
         QStringList line { marker.name };
-        appendBin(line, marker.position.x(), read.column, read.edgesX);
+        appendBin(line, PlotAccess::namedX(*plot(), marker.position.x()), read.column, read.namedX);
         if (isMap())
             appendBin(line, marker.position.y(), read.row, read.edgesY);
         for (const ReadOutValue& value : read.values)

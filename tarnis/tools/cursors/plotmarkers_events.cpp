@@ -1,6 +1,7 @@
 // Mouse, keys, painting, actions and stored views of the markers.
 #include "tarnis/tools/plotmarkers.h"
 
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/base/labelplacement_p.h"
@@ -330,7 +331,8 @@ PlotMarkers::Name PlotMarkers::nameOf(
     }
     if (isMap())
         return labelled(marker.name, { column + 6, row - 4 }, Qt::AlignLeft | Qt::AlignBottom);
-    const QString text = QStringLiteral("%1  %2").arg(marker.name, readOutNumber(marker.position.x()));
+    const QString text =
+        QStringLiteral("%1  %2").arg(marker.name, readOutNumber(PlotAccess::namedX(*plot(), marker.position.x())));
     const bool isNearRight = column + 4 + labelSize(QFontMetrics(font), text).width() > rect.right();
     return labelled(text, { isNearRight ? column - 4 : column + 4, top }, isNearRight ? Qt::AlignRight : Qt::AlignLeft);
 }

@@ -197,6 +197,7 @@ RulerReading PlotRuler::reading() const
     const PlotMapping mapping = PlotMapping::of(*plot());
     const QPointF a = snapped(mapping, m_from);
     const QPointF b = snapped(mapping, m_to);
+    const auto shown = [this](const QPointF& at) { return QPointF(PlotAccess::namedX(*plot(), at.x()), at.y()); };
     const BinsInView columns = columnsBetween(mapping, { a.x(), b.x() });
     const qsizetype width = columns.last - columns.first + 1;
     if (const auto* map = qobject_cast<const XY2DGraphWidget*>(plot())) {
@@ -204,7 +205,7 @@ RulerReading PlotRuler::reading() const
         const auto cellAt = [&](const QPointF& at) {
             return cellOf(cells, mapping.columnAt(at.x()), mapping.rowAt(at.y()));
         };
-        RulerReading reading = readingBetween(a, b, cellAt(a), cellAt(b), false);
+        RulerReading reading = readingBetween(shown(a), shown(b), cellAt(a), cellAt(b), false);
         const BinsInView rows = rowsBetween(mapping, { a.y(), b.y() });
         reading.bins = width * (rows.last - rows.first + 1);
         m_sums->map.update(cells);
@@ -215,7 +216,7 @@ RulerReading PlotRuler::reading() const
     const auto firstAt = [&](const QPointF& at) {
         return curves.isEmpty() ? std::nullopt : curves.first().at(mapping.columnAt(at.x()));
     };
-    RulerReading reading = readingBetween(a, b, firstAt(a), firstAt(b), mapping.isLogY());
+    RulerReading reading = readingBetween(shown(a), shown(b), firstAt(a), firstAt(b), mapping.isLogY());
     reading.bins = width;
     QList<QList<double>> parts;
     for (const ShownCurve& curve : curves)

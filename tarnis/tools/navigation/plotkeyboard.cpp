@@ -119,7 +119,8 @@ QString PlotKeyboard::value() const
         return {};
     const auto named = [](const QString& name, const QString& usual) { return name.isEmpty() ? usual : name; };
     const auto* const map = qobject_cast<XY2DGraphWidget*>(plot());
-    QStringList parts { rangeText(named(PlotAccess::nameX(*plot()), tr("X")), PlotAccess::x(*plot()), false),
+    QStringList parts { rangeText(named(PlotAccess::nameX(*plot()), tr("X")),
+                            PlotAccess::namedX(*plot(), PlotAccess::x(*plot())), false),
         rangeText(named(PlotAccess::nameY(*plot()), tr("Y")), PlotAccess::y(*plot()),
             PlotAccess::isLogY(*plot()) && map == nullptr) };
     if (map != nullptr)

@@ -1,6 +1,7 @@
 #include "tarnis/tools/plotcalibration.h"
 
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/plotoverlay.h"
@@ -95,6 +96,7 @@ PlotCalibration::PlotCalibration(
 {
     plot.setFuncX2Tick(&PlotCalibration::toTick, &PlotCalibration::fromTick, this);
     plot.setNameX(tr("Energy [%1]").arg(calibration.unit));
+    PlotHooks::of(plot).setNamesSecondScale(true);
     m_labels = std::make_unique<EnergyLabels>(plot);
 }
 
@@ -125,6 +127,7 @@ void PlotCalibration::remove(XYGraphWidget& plot)
     if (present == nullptr)
         return;
     plot.setFuncX2Tick(nullptr, nullptr, nullptr);
+    PlotHooks::of(plot).setNamesSecondScale(false);
     plot.setNameX(present->m_previousName);
     delete present;
     plot.refreshPixmap();
