@@ -179,11 +179,11 @@ private Q_SLOTS:
             const double value = after.at(i) - before.at(i);
             if (!std::isfinite(value))
                 continue;
-            const int row = static_cast<int>(strip.bottom() - (value + 500.0) / 1000.0 * strip.height());
+            const int row = static_cast<int>(strip.bottom() - 2 - (value + 500.0) / 1000.0 * (strip.height() - 5));
             for (int k = 0; k < 9; ++k)
                 expected.setPixelColor(QPoint(columnOf(mapping, i), row) + QPoint(k % 3 - 1, k / 3 - 1), Qt::white);
         }
-        const int zero = static_cast<int>(strip.bottom() - strip.height() / 2.0);
+        const int zero = static_cast<int>(strip.bottom() - 2 - (strip.height() - 5) / 2.0);
         for (int y = strip.top() + 30; y < strip.bottom(); ++y) { // below the title
             for (int x = strip.left() + 1; y != zero && y != zero + 1 && x < strip.right(); ++x)
                 QVERIFY2(image.pixelColor(x, y) == expected.pixelColor(x, y),

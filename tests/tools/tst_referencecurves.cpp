@@ -282,7 +282,7 @@ private Q_SLOTS:
         const int column = PlotMapping::of(plot).pixelOf({ 0.5, 0 }).toPoint().x();
         const int top = plot.height() - 120 + 8;
         const int bottom = plot.height() - 6;
-        const int row = bottom - static_cast<int>((16.0 + 20.0) / 40.0 * (bottom - top + 1));
+        const int row = bottom - 2 - static_cast<int>((16.0 + 20.0) / 40.0 * (bottom - top - 4));
         QCOMPARE(colourAt(with, QPoint(column - 1, row)), QColor(Qt::white));
         QCOMPARE(colourAt(with, QPoint(column, bottom - 4)), QColor(Qt::black));
         plot.resize(500, 90); // a third at most
@@ -292,6 +292,32 @@ private Q_SLOTS:
         plot.setData({ 16, 16, 16, 16 });
         plot.refreshPixmap();
         QCOMPARE(plot.grab().toImage(), before);
+    }
+
+    /// Differences of 1, 2 and 5 are the ends of an axis, and small counts have many of them.
+    void stripShowsPointsAtTheEndsOfItsAxis()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 16, 16, 16, 16 });
+        showActive(plot);
+        ReferenceCurves references(&plot);
+        references.freeze(QStringLiteral("r"));
+        plot.setData({ 21, 16, 11, 16 });
+        references.setView(ReferenceCurves::View::Difference); // an axis from -5 to 5
+        plot.refreshPixmap();
+        plot.grab();
+        const QImage image = plot.grab().toImage();
+        const auto isPointAt = [&](double x, int row) {
+            const int column = static_cast<int>(PlotMapping::of(plot).pixelOf({ x, 0 }).x()); // of the error bar
+            return colourAt(image, QPoint(column - 1, row)) == QColor(Qt::white)
+                && colourAt(image, QPoint(column + 1, row)) == QColor(Qt::white);
+        };
+        const int top = plot.height() - 120 + 8; // of the frame
+        const int bottom = plot.height() - 6;
+        for (int i = 1; i <= 3; ++i) {
+            QVERIFY(isPointAt(0.5, top + i));
+            QVERIFY(isPointAt(2.5, bottom - i));
+        }
     }
 
     void keysFreezeAndRelease()

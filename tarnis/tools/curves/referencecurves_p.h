@@ -8,6 +8,7 @@
 
 #include <QRect>
 
+#include <algorithm>
 #include <optional>
 
 namespace tarnis {
@@ -35,14 +36,14 @@ struct TARNIS_NO_EXPORT ReferenceCurves::Pair {
 
 /// The axis of the comparison, beside the strip.
 struct StripAxis {
+    static constexpr int room = 2; // pixels: a point at an end of the axis is beside the frame, not under it
+
     QRect strip;
     AxisRange range;
 
-    double pixelsPerUnit() const { return strip.height() / (range.max - range.min); }
-    double rowOf(double value) const
-    {
-        return limitedCoordinate(strip.bottom() - (value - range.min) * pixelsPerUnit());
-    }
+    double bottom() const { return strip.bottom() - room; }
+    double pixelsPerUnit() const { return std::max(strip.height() - 1 - 2 * room, 1) / (range.max - range.min); }
+    double rowOf(double value) const { return limitedCoordinate(bottom() - (value - range.min) * pixelsPerUnit()); }
 
     /// True if values have the same rows.
     bool isSameAs(const StripAxis& other) const

@@ -52,7 +52,7 @@ QList<quint8> rowsIn(const StripAxis& axis, const QList<double>& values)
     const QRect area = areaOfPoints(axis.strip);
     const double scale = axis.pixelsPerUnit();
     // Written without calls, so that the compiler can vectorise the loop.
-    const double origin = axis.strip.bottom() + axis.range.min * scale - area.top();
+    const double origin = axis.bottom() + axis.range.min * scale - area.top();
     const double last = area.height() - 1;
     const double beyond = area.height();
     QList<quint8> rows(values.size());
