@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -170,6 +171,24 @@ private Q_SLOTS:
         QVERIFY(hasColour(plot, 4000, 50, Qt::white));
         aggregation.setMethod(BinAggregation::Method::Maximum);
         QVERIFY(hasColour(plot, 4000, 80, Qt::white));
+    }
+
+    void linesAreNotDrawnWhereSamplesAreMissing()
+    {
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 10, 100, true, true);
+        plot.initManualX(0, 8000);
+        plot.initManualY(0, 100);
+        QList<double> samples(8000, 50.0);
+        std::fill(samples.begin() + 3000, samples.begin() + 5000, std::nan(""));
+        plot.setData(samples);
+        BinAggregation aggregation(&plot);
+        for (const auto method : { BinAggregation::Method::Mean, BinAggregation::Method::Maximum }) {
+            aggregation.setMethod(method);
+            show(plot);
+            QVERIFY(hasColour(plot, 2000, 50, Qt::white));
+            QVERIFY(!hasColour(plot, 4000, 50, Qt::white));
+        }
     }
 
     void menuAndStateChooseTheMethod()

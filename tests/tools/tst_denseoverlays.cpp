@@ -1,6 +1,7 @@
 // Error bars and references of many samples, pixel by pixel against a drawing of every sample. For screens with one
 // pixel for each of the plot's.
 #include "support/cases.h"
+#include "support/pictures.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 #include "support/visibleplot.h"
@@ -152,6 +153,41 @@ private Q_SLOTS:
         drawEverySample(expected, mapping, samples, QColor(207, 207, 207)); // white, faded
         const QRect free = mapping.frameRect().adjusted(0, 0, 0, -40); // above the label
         QCOMPARE(with.copy(free), expected.copy(free));
+    }
+
+    void referenceHasAGapWhereSamplesAreMissing_data()
+    {
+        QTest::addColumn<int>("perBin"); // samples
+        QTest::newRow("dashed") << 1;
+        QTest::newRow("dense") << 1000;
+    }
+    void referenceHasAGapWhereSamplesAreMissing()
+    {
+        QFETCH(const int, perBin);
+        QList<double> samples;
+        for (const double value : { 20.0, 20.0, std::nan(""), 20.0, 20.0 })
+            samples += QList<double>(perBin, value);
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 10, 40, true, true);
+        plot.initManualX(0, 5);
+        plot.initManualY(0, 40);
+        plot.setData(samples);
+        showActive(plot);
+        ReferenceCurves references(&plot);
+        references.freeze(QStringLiteral("r"));
+        plot.setData(QList<double>(samples.size(), 0.0));
+        plot.refreshPixmap();
+        plot.grab();
+        const QImage image = plot.grab().toImage();
+        const auto hasReference = [&](double from, double to) {
+            const PlotMapping mapping = PlotMapping::of(plot);
+            const QRectF line(mapping.pixelOf({ from, 20.5 }), mapping.pixelOf({ to, 19.5 }));
+            return hasPixel(image, line.center().toPoint(), (line.size() / 2.0).toSize(),
+                [](const QColor& colour) { return colour == QColor(207, 207, 207); }); // white, faded
+        };
+        QVERIFY(hasReference(0.5, 1.5));
+        QVERIFY(!hasReference(2.1, 2.9));
+        QVERIFY(hasReference(3.5, 4.5));
     }
 
     void denseStripsShowEveryBin()

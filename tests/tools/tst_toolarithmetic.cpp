@@ -341,6 +341,17 @@ private Q_SLOTS:
         }
     }
 
+    /// A line has a gap at runs without numbers, not at single ones that are missing.
+    void linesEndAtRunsWithoutNumbers()
+    {
+        const double none = std::nan("");
+        const ShownCurve curve { {}, {}, { { none, none, 1, none, 3, 4, none, none, 5, 6 } } };
+        const QList<ColumnRun> runs = runsOf(10, 2);
+        const QList<EnvelopeColumn> columns = envelopeOf(runs, curve, EnvelopeOf::Numbers);
+        QCOMPARE(connectedParts(runs, columns), (QList<ColumnPart> { { 0, 2 }, { 2, 3 } }));
+        QVERIFY(connectedParts(runs, {}).isEmpty());
+    }
+
     void meansAreThoseOfTheNumbers()
     {
         const ShownCurve curve { {}, {}, { { 4, -1, 6, 10, std::nan(""), 30, 7 } } };

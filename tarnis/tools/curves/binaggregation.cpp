@@ -162,7 +162,8 @@ void BinAggregation::paintEnvelope(
     }
     fillColumns(painter, mapping.frameRect(), spans, band);
     painter.setPen(curve.colour.lighter(120));
-    painter.drawPolyline(line);
+    for (const ColumnPart& part : connectedParts(runs, columns))
+        painter.drawPolyline(line.constData() + part.begin, static_cast<int>(part.end - part.begin));
 }
 
 void BinAggregation::makeActions()

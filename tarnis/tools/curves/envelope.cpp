@@ -125,6 +125,22 @@ QList<EnvelopeColumn> envelopeOf(
     return columns;
 }
 
+QList<ColumnPart> connectedParts(const QList<ColumnRun>& runs, const QList<EnvelopeColumn>& columns)
+{
+    QList<ColumnPart> parts;
+    qsizetype next = 0; // run
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        const qsizetype adjacent = next;
+        while (next < runs.size() && runs.at(next).column != columns.at(i).column)
+            ++next;
+        if (parts.isEmpty() || next != adjacent)
+            parts.append({ i, i });
+        parts.last().end = i + 1;
+        ++next;
+    }
+    return parts;
+}
+
 namespace {
 
 /// The sum of integer counts, empty if it is not exact. An exact sum does not depend on the order, so several

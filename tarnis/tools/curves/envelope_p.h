@@ -43,6 +43,17 @@ enum class EnvelopeOf {
 QList<EnvelopeColumn> envelopeOf(
     const QList<ColumnRun>& runs, const ShownCurve& curve, EnvelopeOf which, const SampleBlocks* blocks = nullptr);
 
+/// Columns that a line connects: [begin, end) of a list of them.
+struct ColumnPart {
+    qsizetype begin = 0;
+    qsizetype end = 0;
+
+    friend bool operator==(const ColumnPart&, const ColumnPart&) = default;
+};
+
+/// The parts of a curve between runs without samples, where its line has a gap.
+QList<ColumnPart> connectedParts(const QList<ColumnRun>& runs, const QList<EnvelopeColumn>& columns);
+
 /// The mean of the finite samples of each run that has any: the runs of the envelope of numbers.
 QList<double> meansOf(const QList<ColumnRun>& runs, const ShownCurve& curve, const SampleBlocks* blocks = nullptr);
 

@@ -68,36 +68,44 @@ int pixelRow(const PlotMapping& mapping, double value)
     return truncateToPixel(limitedCoordinate(mapping.rowOf(value)));
 }
 
-/// The line through the samples in view, one by one.
-QPolygonF lineOf(const PlotMapping& mapping, const BinPositions& positionOf, const ScaledCurve& curve, BinsInView bins)
+/// The lines through the samples in view, one by one, with a gap where a sample is not a number.
+QList<QPolygonF> linesThrough(
+    const PlotMapping& mapping, const BinPositions& positionOf, const ScaledCurve& curve, BinsInView bins)
 {
-    QPolygonF line;
+    QList<QPolygonF> lines(1);
     for (qsizetype i = bins.first; i <= std::min(bins.last, curve.samples.size() - 1); ++i) {
         const double value = curve.samples.valueAt(i) * curve.norm;
         if (std::isfinite(value))
-            line.append(QPointF(std::floor(positionOf(i)), pixelRow(mapping, value)));
+            lines.last().append(QPointF(std::floor(positionOf(i)), pixelRow(mapping, value)));
+        else if (!lines.constLast().isEmpty())
+            lines.append(QPolygonF());
     }
-    return line;
+    return lines;
 }
 
 /// The same pixels where several samples share a pixel column.
 QList<QLine> linesOf(const QPainter& painter, const PlotMapping& mapping, const ScaledCurve& curve,
     const QList<ColumnRun>& runs, const SampleBlocks* blocks)
 {
-    CurveLines lines(mergingOn(painter));
+    QList<QLine> found;
     const QList<EnvelopeColumn> columns = envelopeOf(runs, curve.samples, EnvelopeOf::Numbers, blocks);
-    for (const EnvelopeColumn& column : columns) {
-        const auto pointOf = [&](double value) {
-            return CurvePoint { QPoint(column.column, pixelRow(mapping, value * curve.norm)), false };
-        };
-        const CurvePoint first = pointOf(column.first);
-        const CurvePoint last = pointOf(column.last);
-        const int highest = pointOf(column.highest).pixel.y();
-        const int lowest = pointOf(column.lowest).pixel.y();
-        if (!lines.appendColumn(first, last, std::min(highest, lowest), std::max(highest, lowest)))
-            lines.append(first);
+    for (const ColumnPart& part : connectedParts(runs, columns)) {
+        CurveLines lines(mergingOn(painter));
+        for (qsizetype i = part.begin; i < part.end; ++i) {
+            const EnvelopeColumn& column = columns.at(i);
+            const auto pointOf = [&](double value) {
+                return CurvePoint { QPoint(column.column, pixelRow(mapping, value * curve.norm)), false };
+            };
+            const CurvePoint first = pointOf(column.first);
+            const CurvePoint last = pointOf(column.last);
+            const int highest = pointOf(column.highest).pixel.y();
+            const int lowest = pointOf(column.lowest).pixel.y();
+            if (!lines.appendColumn(first, last, std::min(highest, lowest), std::max(highest, lowest)))
+                lines.append(first);
+        }
+        found += lines.lines;
     }
-    return lines.lines;
+    return found;
 }
 
 /// The colour of a reference curve without a live curve.
@@ -151,7 +159,13 @@ void ReferenceCurves::paintReferences(
         }
         pen.setDashPattern(pair.index == m_current ? QList<qreal> { 4, 3 } : QList<qreal> { 1, 3 });
         painter.setPen(pen);
-        painter.drawPolyline(lineOf(mapping, positionOf, curve, bins));
+        const QList<QPolygonF> lines = linesThrough(mapping, positionOf, curve, bins);
+        for (const QPolygonF& line : lines) {
+            if (line.size() == 1)
+                painter.drawPoint(line.constFirst());
+            else
+                painter.drawPolyline(line);
+        }
     }
 }
 
