@@ -82,7 +82,7 @@ PlotMapping PlotMapping::of(const XYGraphWidget& plot)
     mapping.m_x = PlotAccess::x(plot);
     mapping.m_y = PlotAccess::y(plot);
     mapping.m_logY = PlotAccess::isLogY(plot);
-    mapping.m_zeroAtBottom = stylingOf(&plot) != nullptr;
+    mapping.m_zeroAtLowEnd = stylingOf(&plot) != nullptr;
     mapping.m_tick = { PlotAccess::tickFunction(plot), PlotAccess::tickData(plot) };
     mapping.m_hasTick = PlotAccess::hasTickFunction(plot);
     if (plot.m_doubleBuffered && isTurned(plot.m_rotation)) { // only the cached picture is rotated
@@ -171,8 +171,8 @@ double PlotMapping::columnOf(double x) const
 
 double PlotMapping::rowOf(double y) const
 {
-    if (m_logY && m_zeroAtBottom && y <= 0.0)
-        return m_rect.bottom();
+    if (m_logY && m_zeroAtLowEnd && y <= 0.0)
+        return m_y.max < m_y.min ? m_rect.top() : m_rect.bottom();
     const AxisScale scale = m_logY ? AxisScale::Log : AxisScale::Linear;
     const bool isEmpty = toAxis(m_y.max, scale) == toAxis(m_y.min, scale);
     return isEmpty ? m_rect.bottom() : AxisMapping::vertical(m_y, m_rect, scale).pixelOf(y);

@@ -91,7 +91,7 @@ private:
     AxisRange m_x;
     AxisRange m_y;
     bool m_logY = false;
-    bool m_zeroAtBottom = false; // on a logarithmic Y axis: values at or below 0 are at its lower end
+    bool m_zeroAtLowEnd = false; // on a logarithmic Y axis: values at or below 0 are there
     int m_rotation = 0;
     QPointF m_turn; // position of a rotated picture's origin in the widget
     Bins m_binsX;

@@ -224,6 +224,9 @@ private Q_SLOTS:
         QCOMPARE(rows.at(0.0), 1e5);
         QCOMPARE(rows.at(-1.0), 1e5);
         QVERIFY(std::isnan(rows.at(notANumber)));
+        const SmoothRows reversed { true, 2.0, -10.0, 80.0, 1e5 };
+        QCOMPARE(reversed.at(10.0), 70.0);
+        QCOMPARE(reversed.at(0.0), -1e5);
     }
 };
 

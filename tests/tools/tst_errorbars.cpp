@@ -100,6 +100,39 @@ private Q_SLOTS:
         QVERIFY(!isDrawn(picture, mapping, 4.5, 2.3));
     }
 
+    void reachesTheLowEndOfAReversedLogarithmicAxis_data()
+    {
+        QTest::addColumn<bool>("isStyled");
+        QTest::newRow("classic") << false;
+        QTest::newRow("styled") << true;
+    }
+    void reachesTheLowEndOfAReversedLogarithmicAxis()
+    {
+        QFETCH(const bool, isStyled);
+        VectorGraphWidget plot;
+        fill(plot, QList<double>(10, 0.0), 100);
+        plot.setLogScaleY(true);
+        if (isStyled)
+            new PlotStyle(&plot);
+        plot.onAutoScaleY(false);
+        plot.setMinMaxY(100, 0.1);
+        showWithoutGrid(plot);
+        const QImage without = plot.grab().toImage();
+        ErrorBars bars(&plot);
+        bars.setOn(true); // from 0 to 1.84
+        plot.grab();
+        const QImage with = plot.grab().toImage();
+        const PlotMapping mapping = PlotMapping::of(plot);
+        const auto isChanged = [&](double y) {
+            const QRect around(mapping.pixelOf({ 4.5, y }).toPoint() - QPoint(1, 0), QSize(3, 1));
+            return with.copy(onDevice(with, around)) != without.copy(onDevice(without, around));
+        };
+        QVERIFY(isChanged(0.15) && isChanged(1.5));
+        QVERIFY(!isChanged(2.5) && !isChanged(50));
+        if (isStyled)
+            QCOMPARE(mapping.rowOf(0.0), double(mapping.frameRect().top()));
+    }
+
     void narrowBinsHaveABand()
     {
         VectorGraphWidget plot;

@@ -60,7 +60,7 @@ int floorOf(double position)
 double SmoothRows::at(double value) const
 {
     if (isLog && !(value > 0.0))
-        return std::isnan(value) ? value : limit;
+        return std::isnan(value) ? value : std::copysign(limit, pixelsPerUnit);
     const double row = bottom - ((isLog ? std::log10(value) : value) - minimum) * pixelsPerUnit;
     return std::isnan(row) ? row : std::clamp(row, -limit, limit);
 }

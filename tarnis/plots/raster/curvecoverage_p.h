@@ -23,11 +23,11 @@ enum class CurveShape {
 struct SmoothRows {
     bool isLog = false;
     double minimum = 0.0; ///< value at the bottom; its logarithm on a logarithmic axis
-    double pixelsPerUnit = 0.0; ///< pixels per unit or per decade
+    double pixelsPerUnit = 0.0; ///< pixels per unit or per decade; negative on a reversed axis
     double bottom = 0.0; ///< row of the minimum
     double limit = 1e6; ///< rows further away are clamped to it
 
-    /// On a logarithmic axis, values at or below 0 are below everything.
+    /// On a logarithmic axis, values at or below 0 are below everything, on a reversed one above it.
     double at(double value) const;
 };
 

@@ -55,7 +55,7 @@ void drawPoisson(QPainter& painter, const IconInk& ink)
     painter.drawLine(QPointF(6.0, 5.0), QPointF(6.0, 14.0));
 }
 
-/// Rows of both ends of a bar; a logarithmic axis shows what is not above 0 at its lower edge.
+/// Rows of both ends of a bar; a logarithmic axis shows what is not above 0 at its low end.
 struct BarRows {
     double upper = 0.0;
     double lower = 0.0;
@@ -63,9 +63,10 @@ struct BarRows {
 
 BarRows rowsOf(const PlotMapping& mapping, const CountInterval& interval)
 {
+    const QRect rect = mapping.frameRect();
+    const double lowEnd = mapping.y().max < mapping.y().min ? rect.top() : rect.bottom();
     const auto rowOf = [&](double value) {
-        const bool isBelow = mapping.isLogY() && value <= 0.0;
-        return isBelow ? double(mapping.frameRect().bottom()) : limitedCoordinate(mapping.rowOf(value));
+        return mapping.isLogY() && value <= 0.0 ? lowEnd : limitedCoordinate(mapping.rowOf(value));
     };
     return { rowOf(interval.upper), rowOf(interval.lower) };
 }

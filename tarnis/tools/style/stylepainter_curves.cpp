@@ -155,7 +155,8 @@ void StylePainter::paintCurves(QPainter& painter, const QRect& graph)
     const SmoothColumns columns = scaled(curvePlaces(m_plot, graph.width()).columns, scale);
     const SmoothRows rows = rowsOf(PlotAccess::y(m_plot), isLog, graph.height(), scale);
     const double width = curveWidth() * scale * (shape() == CurveShape::Points ? pointScale : 1.0);
-    const double base = isLog ? graph.height() * scale : rows.at(0.0);
+    const double lowEnd = rows.pixelsPerUnit < 0.0 ? 0.0 : graph.height() * scale; // of a logarithmic axis
+    const double base = isLog ? lowEnd : rows.at(0.0);
     QList<SmoothCurve> curves;
     for (const StyledCurve& curve : shown)
         curves.append(
