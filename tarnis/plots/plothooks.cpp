@@ -13,9 +13,19 @@
 #include <QRubberBand>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace tarnis {
+
+namespace {
+
+bool isSameNumber(double a, double b)
+{
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+} // namespace
 
 PlotHooks::PlotHooks(XYGraphWidget& plot)
     : m_plot(plot)
@@ -94,6 +104,19 @@ PlotHooks::State PlotHooks::state() const
     return state;
 }
 
+template <typename Call> bool PlotHooks::forEachObserver(const Call& call)
+{
+    const QPointer<PlotHooks> guard(this);
+    const QList<PlotObserver*> receivers = m_observers;
+    for (PlotObserver* const observer : receivers) {
+        if (m_observers.contains(observer))
+            call(*observer);
+        if (guard.isNull())
+            return false;
+    }
+    return true;
+}
+
 void PlotHooks::touch()
 {
     if (!m_observers.isEmpty() && !m_isPosted)
@@ -134,27 +157,31 @@ void PlotHooks::deliver()
     m_reported = now;
     if (!changes)
         return;
-    const QPointer<PlotHooks> guard(this);
-    const QList<PlotObserver*> receivers = m_observers; // an observer may add or remove others
-    for (PlotObserver* const observer : receivers) {
-        if (guard.isNull())
-            return; // an observer has deleted the plot
-        if (m_observers.contains(observer))
-            observer->plotChanged(changes);
-    }
+    forEachObserver([changes](PlotObserver& observer) { observer.plotChanged(changes); });
 }
 
 void PlotHooks::initialized(Qt::Orientation axis, AxisRange previous)
 {
-    const QPointer<PlotHooks> guard(this);
-    const QList<PlotObserver*> receivers = m_observers;
-    for (PlotObserver* const observer : receivers) {
-        if (guard.isNull())
-            return;
-        if (m_observers.contains(observer))
-            observer->axisInitialized(axis, previous.min, previous.max);
-    }
-    touch();
+    const auto call = [&](PlotObserver& observer) { observer.axisInitialized(axis, previous.min, previous.max); };
+    if (forEachObserver(call))
+        touch();
+}
+
+void PlotHooks::moveCrosshair(const QPointF& value)
+{
+    if (isSameNumber(value.x(), m_crosshair.x()) && isSameNumber(value.y(), m_crosshair.y()))
+        return;
+    m_crosshair = value;
+    forEachObserver([value](PlotObserver& observer) { observer.crosshairMoved(value); });
+}
+
+void PlotHooks::moveLinkedCrosshair(Qt::Orientation axis, double value)
+{
+    double& current = axis == Qt::Horizontal ? m_linkedCrosshair.rx() : m_linkedCrosshair.ry();
+    if (isSameNumber(value, current))
+        return;
+    current = value;
+    forEachObserver([axis, value](PlotObserver& observer) { observer.linkedCrosshairMoved(axis, value); });
 }
 
 void PlotHooks::setSeriesNames(const QStringList& names)

@@ -8,9 +8,11 @@
 #include <QCursor>
 #include <QList>
 #include <QObject>
+#include <QPointF>
 #include <QRect>
 #include <QRegion>
 #include <QStringList>
+#include <QtNumeric>
 
 QT_BEGIN_NAMESPACE
 class QPainter;
@@ -72,6 +74,18 @@ public:
     void setNamesSecondScale(bool on) { m_namesSecondScale = on; }
     /// @}
 
+    /// The value at the cross of a PlotCrosshair, and the values on the axes at crosses of linked plots; NaN without
+    /// one. A change is passed to the observers. @{
+    QPointF crosshair() const { return m_crosshair; }
+    void moveCrosshair(const QPointF& value);
+    double linkedCrosshair(Qt::Orientation axis) const { return along(m_linkedCrosshair, axis); }
+    void moveLinkedCrosshair(Qt::Orientation axis, double value);
+    /// @}
+    static double along(const QPointF& point, Qt::Orientation axis)
+    {
+        return axis == Qt::Horizontal ? point.x() : point.y();
+    }
+
     /// Of the samples that tools and styles read.
     SampleBlockCache& blocks() { return m_blocks; }
 
@@ -117,6 +131,8 @@ private:
     };
     State state() const;
     void post();
+    /// Calls it for each observer. False if one of them has deleted the plot. An observer may add or remove others.
+    template <typename Call> bool forEachObserver(const Call& call);
 
     XYGraphWidget& m_plot;
     QList<PlotObserver*> m_observers;
@@ -137,6 +153,8 @@ private:
     bool m_namesSecondScale = false;
     QStringList m_seriesNames;
     QList<PlotStyling*> m_stylings;
+    QPointF m_crosshair { qQNaN(), qQNaN() };
+    QPointF m_linkedCrosshair { qQNaN(), qQNaN() };
     LinkedView m_linkedX;
     LinkedView m_linkedY;
     SampleBlockCache m_blocks;

@@ -39,6 +39,14 @@ void PlotObserver::axisInitialized(Qt::Orientation /*axis*/, double /*previousMi
 {
 }
 
+void PlotObserver::crosshairMoved(const QPointF& /*value*/)
+{
+}
+
+void PlotObserver::linkedCrosshairMoved(Qt::Orientation /*axis*/, double /*value*/)
+{
+}
+
 PlotOverlay::PlotOverlay(XYGraphWidget* plot, int zOrder)
     : m_plot(plot)
     , m_zOrder(zOrder)

@@ -6,6 +6,9 @@
 #include <QFlags>
 #include <Qt>
 
+QT_BEGIN_NAMESPACE
+class QPointF;
+QT_END_NAMESPACE
 class XYGraphWidget;
 
 namespace tarnis {
@@ -48,6 +51,11 @@ protected:
     /// Called at once when the host sets up the axis again by initManualX() or initManualY(), with the previously
     /// visible range. The observer may set a range.
     virtual void axisInitialized(Qt::Orientation axis, double previousMin, double previousMax);
+    /// Called at once when the cross of a PlotCrosshair of the plot moves: its value on both axes, or NaN when it is no
+    /// longer shown.
+    virtual void crosshairMoved(const QPointF& value);
+    /// Called at once when this happens in a plot that shares this axis by an AxisLink.
+    virtual void linkedCrosshairMoved(Qt::Orientation axis, double value);
 
 private:
     friend class PlotHooks;

@@ -22,6 +22,9 @@ namespace tarnis {
 /// since its last paint, and hidden plots are not painted. Ranges are exactly equal. Of changes of several plots in one
 /// pass of the event loop, the last one remains.
 ///
+/// The cross of a PlotCrosshair of one member appears as a line in the others whose crosshair is on, at its position on
+/// the shared axis. Of several crosses, the one that moved last is shown. Nothing but these lines is repainted.
+///
 /// The group does not own the plots. A destroyed plot is removed from it. GUI thread only.
 class TARNIS_EXPORT AxisLink : public QObject {
     Q_OBJECT
@@ -50,6 +53,8 @@ private:
     TARNIS_NO_EXPORT void follow(Member& source);
     TARNIS_NO_EXPORT void postLateChanges();
     TARNIS_NO_EXPORT void followLateChanges();
+    TARNIS_NO_EXPORT void showCrosshairs();
+    TARNIS_NO_EXPORT double crosshairFor(const Member& member) const;
     TARNIS_NO_EXPORT Member* find(const XYGraphWidget* plot, Qt::Orientation axis) const;
     TARNIS_NO_EXPORT void dropDestroyed();
 

@@ -15,12 +15,16 @@ QT_END_NAMESPACE
 
 namespace tarnis {
 
+class LinkedCross;
 struct PlotReadOut;
 
 /// A cross under the pointer, with a text that shows the bin there: its number and edges, the value on the second X
 /// scale if there is one, and the value of every visible curve, or of the map's bin. It snaps to bins and never
 /// interpolates. An empty bin shows 0, a position outside of the data a dash, and NaN "no data". The text is updated
 /// when data arrive while the pointer rests. The plot's own tool tips are disabled in the meantime.
+///
+/// If the plot is linked with others by AxisLink, a cross in one of them appears here as a line at its position on the
+/// shared axis.
 ///
 /// While the plot has the focus, C switches the cross, P pins it to the value under it, Ctrl with an arrow pins it a
 /// bin further, with Shift too ten bins, Ctrl+C copies the read-out as a table separated by tabs, and Escape releases
@@ -64,6 +68,7 @@ protected:
     bool claimsKey(const QKeyEvent& event) const override;
     void handleLeave() override;
     void plotChanged(Changes changes) override;
+    void linkedCrosshairMoved(Qt::Orientation axis, double value) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
     bool isSaved() const override;
 
@@ -90,6 +95,7 @@ private:
     QPointF m_pin; // in values
     QString m_text;
     std::unique_ptr<Labels> m_labels; // layouts of the read-out
+    std::unique_ptr<LinkedCross> m_linked; // null without a plot
     QAction* m_switch = nullptr;
     QAction* m_pinSwitch = nullptr;
     QAction* m_copy = nullptr;

@@ -1,14 +1,17 @@
 // Groups of linked plots: which axes share a range, how plots join and leave, what is stored.
 #include "plots/plotlinks.h"
+#include "plots/plottools.h"
 #include "support/visibleplot.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plottoolbar.h>
 #include <tarnis/tools/plotview.h>
 
 #include <QAction>
+#include <QImage>
 #include <QMenu>
 #include <QPointer>
 #include <QTest>
@@ -116,6 +119,29 @@ private Q_SLOTS:
         Curve third(timeName, countsName);
         third.choose("linkGroupA");
         TRY_COMPARE(rangeX(third.plot), (AxisRange { 20.0, 30.0 }));
+    }
+
+    void aCrossIsShownInThePlotsOfItsGroup()
+    {
+        Curve first(timeName, countsName);
+        Curve second(timeName, countsName);
+        Curve apart(timeName, countsName);
+        for (Curve* const curve : { &first, &second, &apart }) {
+            curve->plot.setMaxValue(3.0);
+            attachTools(curve->plot);
+            curve->plot.findChild<tarnis::PlotCrosshair*>()->setOn(true);
+            showActive(curve->plot);
+        }
+        first.choose("linkGroupA");
+        second.choose("linkGroupA");
+        apart.choose("linkGroupB");
+        const QImage none = second.plot.grab().toImage();
+        const QImage noneApart = apart.plot.grab().toImage();
+        first.plot.findChild<tarnis::PlotCrosshair*>()->pinAt({ 20.0, 1.0 });
+        QVERIFY(second.plot.grab().toImage() != none);
+        QCOMPARE(apart.plot.grab().toImage(), noneApart);
+        second.plot.findChild<tarnis::PlotCrosshair*>()->setOn(false);
+        QCOMPARE(second.plot.grab().toImage(), none);
     }
 
     void theButtonNamesTheGroup()

@@ -1,5 +1,6 @@
 #include "tarnis/tools/plotcrosshair.h"
 
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
@@ -10,6 +11,7 @@
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/readoutlabels_p.h"
+#include "tarnis/tools/cursors/linkedcross_p.h"
 #include "tarnis/tools/plotruler.h"
 
 #include <QCursor>
@@ -33,6 +35,7 @@ constexpr int labelMargin = 2; // to the plot rectangle
 constexpr int distanceToCross = 8;
 constexpr double usualWidth = 0.48; // of lines in the plot, as a fraction of the plot rectangle
 const QColor lineColour(235, 235, 235);
+const QPointF nowhere(qQNaN(), qQNaN());
 
 QList<QRect> boxesOver(const XYGraphWidget& plot)
 {
@@ -62,6 +65,7 @@ struct PlotCrosshair::Drawing {
     };
 
     QString text;
+    QPointF value; // of the cross
     double column = 0.0;
     double row = 0.0;
     QList<Dot> dots;
@@ -89,9 +93,17 @@ PlotCrosshair::PlotCrosshair(XYGraphWidget* plot)
     , m_labels(std::make_unique<Labels>())
 {
     makeActions();
+    if (plot == nullptr)
+        return;
+    m_linked = std::make_unique<LinkedCross>(plot);
+    m_linked->setOn(m_isOn);
 }
 
-PlotCrosshair::~PlotCrosshair() = default;
+PlotCrosshair::~PlotCrosshair()
+{
+    if (plot() != nullptr)
+        PlotHooks::of(*plot()).moveCrosshair(nowhere);
+}
 
 bool PlotCrosshair::isOn() const
 {
@@ -138,6 +150,8 @@ void PlotCrosshair::setOn(bool on)
     m_isPinned = m_isPinned && on;
     if (on && plot() != nullptr && plot()->underMouse()) // a pointer at rest sends no move
         notePointer(plot()->mapFromGlobal(QPointF(QCursor::pos())));
+    if (m_linked != nullptr && plot() != nullptr)
+        m_linked->setOn(on);
     setNeeds(on ? MouseMoves | KeyboardFocus | ReadOut : Needs(KeyboardFocus));
     updateActions();
     const QPointer<PlotCrosshair> self(this); // a slot may delete it
@@ -177,15 +191,20 @@ void PlotCrosshair::renew()
 {
     const PlotMapping mapping = isShown() ? PlotMapping::of(*plot()) : PlotMapping();
     QString now;
+    QPointF position = nowhere;
     if (mapping.isValid()) {
         const Drawing next = drawing(mapping, plot()->font());
         now = next.text;
+        position = next.value;
         updateOverlayArea(next.area(mapping.frameRect()));
     } else {
         now = text();
         updateOverlayArea({});
     }
-    if (now == m_text)
+    const QPointer<PlotCrosshair> self(this); // an observer may delete it
+    if (plot() != nullptr)
+        PlotHooks::of(*plot()).moveCrosshair(position);
+    if (self.isNull() || now == m_text)
         return;
     m_text = now;
     Q_EMIT textChanged(now);
@@ -195,6 +214,12 @@ void PlotCrosshair::plotChanged(Changes /*changes*/)
 {
     if (isShown())
         renew();
+}
+
+void PlotCrosshair::linkedCrosshairMoved(Qt::Orientation /*axis*/, double /*value*/)
+{
+    if (m_isOn)
+        m_linked->renew();
 }
 
 bool PlotCrosshair::handleMove(const QMouseEvent& event)
@@ -272,7 +297,7 @@ PlotCrosshair::Drawing PlotCrosshair::drawing(const PlotMapping& mapping, const 
     const double x = shown.column >= 0 ? middleOf(shown.edgesX) : at.x();
     const double y = shown.row >= 0 ? middleOf(shown.edgesY) : at.y();
     const QString text = shown.text();
-    Drawing drawing { text, std::round(limitedCoordinate(mapping.columnOf(x))),
+    Drawing drawing { text, { x, y }, std::round(limitedCoordinate(mapping.columnOf(x))),
         std::round(limitedCoordinate(mapping.rowOf(y))), {}, labelAt(mapping, font, text) };
     for (const ReadOutValue& value : shown.values) {
         if (!shown.isMap && value.value && std::isfinite(*value.value))

@@ -6,7 +6,9 @@
 #include "tarnis/plots/xygraphwidget.h"
 #include "tarnis/tools/navigation/viewcontrol_p.h"
 
+#include <QPointF>
 #include <QPointer>
+#include <QtNumeric>
 
 #include <algorithm>
 #include <cmath>
@@ -70,6 +72,11 @@ public:
         m_known = { view.isAuto, view.range, serial };
         PlotHooks::of(*observedPlot()).linkedView(m_axis) = m_known;
     }
+    double crosshair() const ///< position of the plot's own cross, NaN without one
+    {
+        return PlotHooks::along(PlotHooks::of(*observedPlot()).crosshair(), m_axis);
+    }
+    void showCrosshair(double position) { PlotHooks::of(*observedPlot()).moveLinkedCrosshair(m_axis, position); }
     /// Whether the view is not the known one. A plot does not report a change that another one undoes in the same pass
     /// of the event loop.
     bool isChanged() const
@@ -85,6 +92,7 @@ protected:
             m_link.follow(*this);
     }
     void axisInitialized(Qt::Orientation axis, double /*previousMin*/, double /*previousMax*/) override;
+    void crosshairMoved(const QPointF& value) override;
 
 private:
     AxisLink& m_link;
@@ -96,6 +104,7 @@ struct TARNIS_NO_EXPORT AxisLink::State {
     std::vector<std::unique_ptr<Member>> members;
     LinkedView view; // of the group
     bool isPosted = false; // a call of followLateChanges()
+    const Member* latestCrosshair = nullptr; // may be gone; only for comparisons
 };
 
 /// A host that sets up an axis shows its full range. In a group that is not automatic, the range of the group is kept
@@ -115,13 +124,25 @@ void AxisLink::Member::axisInitialized(Qt::Orientation axis, double /*previousMi
         observedPlot()->setMinMaxY(wanted.min, wanted.max);
 }
 
+void AxisLink::Member::crosshairMoved(const QPointF& value)
+{
+    if (!std::isnan(PlotHooks::along(value, m_axis)))
+        m_link.m_state->latestCrosshair = this;
+    m_link.showCrosshairs();
+}
+
 AxisLink::AxisLink(QObject* parent)
     : QObject(parent)
     , m_state(std::make_unique<State>())
 {
 }
 
-AxisLink::~AxisLink() = default;
+AxisLink::~AxisLink()
+{
+    dropDestroyed();
+    for (const auto& member : m_state->members)
+        member->showCrosshair(qQNaN());
+}
 
 AxisLink::Member* AxisLink::find(const XYGraphWidget* plot, Qt::Orientation axis) const
 {
@@ -154,13 +175,19 @@ void AxisLink::add(XYGraphWidget* plot, Qt::Orientation axis)
         m_state->view = added.view();
     m_state->view.serial = nextSerial(); // to join is a change, also for other groups of the axis
     added.show(m_state->view);
+    connect(plot, &QObject::destroyed, this, &AxisLink::showCrosshairs); // a plot takes its cross with it
+    showCrosshairs();
     postLateChanges();
 }
 
 void AxisLink::remove(XYGraphWidget* plot, Qt::Orientation axis)
 {
-    const Member* const gone = find(plot, axis);
+    Member* const gone = find(plot, axis);
+    if (gone == nullptr)
+        return;
+    gone->showCrosshair(qQNaN());
     std::erase_if(m_state->members, [gone](const auto& member) { return member.get() == gone; });
+    showCrosshairs();
 }
 
 bool AxisLink::contains(const XYGraphWidget* plot, Qt::Orientation axis) const
@@ -218,6 +245,27 @@ void AxisLink::followLateChanges()
         [](const auto& member) { return member->observedPlot() != nullptr && member->isChanged(); });
     if (changed != m_state->members.end())
         follow(**changed);
+}
+
+void AxisLink::showCrosshairs()
+{
+    for (const auto& member : m_state->members) {
+        if (member->observedPlot() != nullptr)
+            member->showCrosshair(crosshairFor(*member));
+    }
+}
+
+/// The cross that moved last in another plot, otherwise any; NaN without one.
+double AxisLink::crosshairFor(const Member& member) const
+{
+    double position = qQNaN();
+    for (const auto& other : m_state->members) {
+        const bool isOther = other->observedPlot() != nullptr && other->observedPlot() != member.observedPlot();
+        const double candidate = isOther ? other->crosshair() : qQNaN();
+        if (!std::isnan(candidate) && (std::isnan(position) || other.get() == m_state->latestCrosshair))
+            position = candidate;
+    }
+    return position;
 }
 
 } // namespace tarnis
