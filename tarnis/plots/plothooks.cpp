@@ -80,7 +80,7 @@ void PlotHooks::remove(PlotObserver& observer)
 
 void PlotHooks::add(PlotOverlay& overlay)
 {
-    const auto above = std::upper_bound(m_overlays.begin(), m_overlays.end(), overlay.zOrder(),
+    const auto above = std::upper_bound(m_overlays.cbegin(), m_overlays.cend(), overlay.zOrder(),
         [](int zOrder, const PlotOverlay* other) { return zOrder < other->zOrder(); });
     m_overlays.insert(above, &overlay);
     m_plot.update();
