@@ -262,7 +262,7 @@ LiveCurves::LiveCurves(const WindowContext& context, const CurvesRequest& reques
     if (auto* const box = findChild<QComboBox*>(QStringLiteral("typeComboBox")))
         connect(box, &QComboBox::currentIndexChanged, this,
             [this](int index) { onTypeChanged(index == 0 ? QStringLiteral("Each") : QStringLiteral("All")); });
-    setTexts();
+    LiveCurves::setTexts();
 }
 
 void LiveCurves::result(PTarnisCmd command, QByteArray const& payload)
