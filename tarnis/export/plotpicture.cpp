@@ -6,6 +6,7 @@
 #include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/multivectorgraphwidget.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotoverlay.h"
 #include "tarnis/plots/plotstyling_p.h"
@@ -49,7 +50,7 @@ struct Map : XY2DGraphWidget {
 
 class LayoutKeeper {
 public:
-    LayoutKeeper(XYGraphWidget& plot, const PictureOptions& options)
+    LayoutKeeper(XYGraphWidget& plot, QSize size, const PictureOptions& options)
         : m_plot(plot)
         , m_graphRect(plot.*Layout::graphRect)
         , m_labels { plot.*Layout::minXLabel, plot.*Layout::maxXLabel, plot.*Layout::minYLabel,
@@ -57,6 +58,8 @@ public:
         , m_covers(plot.*Layout::covers)
         , m_title(plot.*Layout::title)
     {
+        if (PlotHooks* const hooks = PlotHooks::existing(plot))
+            hooks->setPictureSize(size);
         if (!options.heading.isEmpty())
             (plot.*Layout::title).clear(); // a second title
         if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot); map && PlotAccess::colouring(std::as_const(*map)))
@@ -64,6 +67,8 @@ public:
     }
     ~LayoutKeeper()
     {
+        if (PlotHooks* const hooks = PlotHooks::existing(m_plot))
+            hooks->setPictureSize({});
         if (m_besideBar != 0)
             setBesideBar(static_cast<XY2DGraphWidget&>(m_plot), m_besideBar);
         m_plot.*Layout::graphRect = m_graphRect;
@@ -238,7 +243,7 @@ QImage PlotPicture::image() const
     if (!(exact.width() >= 1.0) || !(exact.height() >= 1.0) || exact.width() > maxSide || exact.height() > maxSide
         || exact.width() * exact.height() > maxPixels)
         return {};
-    const LayoutKeeper keeper(m_plot, m_options);
+    const LayoutKeeper keeper(m_plot, m_size, m_options);
     settleLayout();
     const bool screen = scale == 1.0;
     ExactImage detailed(screen ? QSize() : exact.toSize(), 1.0 / scale);
@@ -286,7 +291,7 @@ QByteArray PlotPicture::png() const
 
 QByteArray PlotPicture::pdf() const
 {
-    const LayoutKeeper keeper(m_plot, m_options);
+    const LayoutKeeper keeper(m_plot, m_size, m_options);
     settleLayout();
     QByteArray content;
     QBuffer buffer(&content);
@@ -305,7 +310,7 @@ QByteArray PlotPicture::pdf() const
 
 QString PlotPicture::print(QPrinter& printer) const
 {
-    const LayoutKeeper keeper(m_plot, m_options);
+    const LayoutKeeper keeper(m_plot, m_size, m_options);
     settleLayout();
     const QRect page = printer.pageLayout().paintRectPixels(printer.resolution());
     const double scale = std::min(page.width() / double(m_size.width()), page.height() / double(m_size.height()));
@@ -323,7 +328,7 @@ QString PlotPicture::print(QPrinter& printer) const
 
 QByteArray PlotPicture::svg() const
 {
-    const LayoutKeeper keeper(m_plot, m_options);
+    const LayoutKeeper keeper(m_plot, m_size, m_options);
     settleLayout();
     SvgDevice device(m_size, screenDpi / printDpi);
     QPainter painter;

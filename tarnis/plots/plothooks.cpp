@@ -55,6 +55,13 @@ PlotHooks* PlotHooks::existing(const XYGraphWidget& plot)
     return PlotAccess::hooks(plot);
 }
 
+QSize PlotHooks::pictureSize() const
+{
+    if (!m_pictureSize.isEmpty())
+        return m_pictureSize;
+    return PlotMapping::of(m_plot).rotation() != 0.0 ? m_plot.size().transposed() : m_plot.size();
+}
+
 bool PlotHooks::eventFilter(QObject* watched, QEvent* event)
 {
     QRubberBand& band = PlotAccess::rubberBand(m_plot);

@@ -86,6 +86,12 @@ public:
         return axis == Qt::Horizontal ? point.x() : point.y();
     }
 
+    /// The size of the picture that overlays paint on, in frame coordinates: that of the widget, or during an export
+    /// that of the file, which is set before and reset to an empty one. @{
+    QSize pictureSize() const;
+    void setPictureSize(QSize size) { m_pictureSize = size; }
+    /// @}
+
     /// Of the samples that tools and styles read.
     SampleBlockCache& blocks() { return m_blocks; }
 
@@ -151,6 +157,7 @@ private:
     bool m_hadOwnCursor = false;
     int m_readOuts = 0;
     bool m_namesSecondScale = false;
+    QSize m_pictureSize;
     QStringList m_seriesNames;
     QList<PlotStyling*> m_stylings;
     QPointF m_crosshair { qQNaN(), qQNaN() };

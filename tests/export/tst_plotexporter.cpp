@@ -8,6 +8,7 @@
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/plotstyle.h>
+#include <tarnis/tools/referencecurves.h>
 
 #include <QClipboard>
 #include <QDir>
@@ -425,6 +426,25 @@ private Q_SLOTS:
         QCOMPARE(data.x.values, uniformEdges(0.0, 60.0, 30));
         QVERIFY(data.y.values.empty());
         QCOMPARE(data.at(1, 2), 33.0);
+    }
+
+    /// The strip of a comparison is below the plot, as on a widget of that size.
+    void placesAComparisonInThePicture()
+    {
+        const auto plot = spectrum(wave(50));
+        plot->resize(500, 400);
+        ReferenceCurves references(plot.get());
+        references.freeze(QStringLiteral("before"));
+        references.setView(ReferenceCurves::View::Difference);
+        plot->setData(wave(50));
+        for (const QSize size : { QSize(800, 600), QSize(450, 380) }) {
+            plot->resize(500, 400);
+            PictureOptions options;
+            options.size = size;
+            const QImage picture = PlotExporter(*plot).image(options);
+            plot->resize(size);
+            QCOMPARE(picture, PlotExporter(*plot).image());
+        }
     }
 
     void savesPicturesAndTables()

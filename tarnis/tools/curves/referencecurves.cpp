@@ -3,6 +3,7 @@
 #include "tarnis/formats/formats.h"
 #include "tarnis/plots/math/sampleblocks_p.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
@@ -272,8 +273,7 @@ void ReferenceCurves::placeStrip()
 {
     if (plot() == nullptr)
         return;
-    const bool isTurned = PlotMapping::of(*plot()).rotation() != 0.0;
-    const int height = isTurned ? plot()->width() : plot()->height();
+    const int height = PlotHooks::of(*plot()).pictureSize().height();
     const int wanted = m_view == View::Over || m_current < 0 ? 0 : std::min(preferredStrip, height / partOfPlot);
     if (wanted == m_stripHeight)
         return;

@@ -1,4 +1,5 @@
 // The strip below the plot, with the comparison.
+#include "tarnis/plots/plothooks_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/raster/deviceimage_p.h"
@@ -186,7 +187,7 @@ std::vector<double> valuesInView(XYGraphWidget& plot, const QList<double>& compa
 
 QRect ReferenceCurves::stripRect(const PlotMapping& mapping) const
 {
-    const int height = mapping.rotation() != 0.0 ? plot()->width() : plot()->height();
+    const int height = PlotHooks::of(*plot()).pictureSize().height();
     const QRect rect = mapping.frameRect();
     return QRect(QPoint(rect.left(), height - m_stripHeight + gapAbove), QPoint(rect.right(), height - gapBelow));
 }
