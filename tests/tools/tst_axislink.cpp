@@ -97,6 +97,25 @@ private Q_SLOTS:
         QCOMPARE(rangeX(b), (AxisRange { 0, 200 })); // each its own data
     }
 
+    void automaticPlotsWithTheSameAxisShowTheSameRange()
+    {
+        VectorGraphWidget a, b;
+        AxisLink link;
+        for (VectorGraphWidget* const plot : { &a, &b }) {
+            fill(*plot, plot == &a ? 100 : 200);
+            plot->initManualX(0, 200);
+            link.add(plot, Qt::Horizontal);
+        }
+        showX(a, { 5, 6 });
+        TRY_COMPARE(rangeX(b), (AxisRange { 5, 6 }));
+        b.onAutoScaleX(true);
+        TRY_VERIFY(isAutoX(a));
+        for (VectorGraphWidget* const plot : { &a, &b }) {
+            plot->setData(QList<double>(50, 3.0)); // fits the plot again
+            QCOMPARE(rangeX(*plot), (AxisRange { 0, 200 }));
+        }
+    }
+
     void newMembersTakeTheRangeOfTheGroup()
     {
         VectorGraphWidget a, b;
