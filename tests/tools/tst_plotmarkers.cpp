@@ -216,7 +216,7 @@ private Q_SLOTS:
         QTest::keyClick(editor, Qt::Key_Return);
         QCOMPARE(markers.markers().at(0).name, QStringLiteral("Cs 137"));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        map.setFocus();
+        QVERIFY(map.hasFocus());
         QTest::keyClick(&map, Qt::Key_Left);
         QTest::keyClick(&map, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->text(),
@@ -232,6 +232,26 @@ private Q_SLOTS:
             QTest::keyClick(&map, Qt::Key_M, Qt::ShiftModifier);
             QCOMPARE(markers.selected(), expected);
         }
+    }
+
+    void escapeDropsTheNewName()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        PlotMarkers markers(&map);
+        showActive(map);
+        markers.add({ 1.5, 0.5 });
+        PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
+        QTest::keyClick(&map, Qt::Key_F2);
+        auto* const editor = map.findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        QTest::keyClicks(editor, QStringLiteral("other"));
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(map.findChild<QLineEdit*>(), nullptr);
+        QVERIFY(map.hasFocus());
+        QCOMPARE(markers.markers().at(0).name, QStringLiteral("A"));
+        QCOMPARE(markers.selected(), 0); // the key is not for the tool
     }
 
     void tableHasEveryVisibleCurve()
