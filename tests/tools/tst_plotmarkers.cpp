@@ -234,6 +234,33 @@ private Q_SLOTS:
         }
     }
 
+    void editorIsOverTheName_data()
+    {
+        QTest::addColumn<double>("rotation");
+        for (const int rotation : { 0, 90, -90 })
+            QTest::newRow(qPrintable(QString::number(rotation))) << double(rotation);
+    }
+    void editorIsOverTheName()
+    {
+        QFETCH(const double, rotation);
+        VectorGraphWidget plot;
+        fill(plot);
+        plot.m_doubleBuffered = true;
+        plot.m_rotation = rotation;
+        PlotMarkers markers(&plot);
+        plot.resize(500, 400);
+        showActive(plot);
+        markers.add({ 20.5, 0.0 });
+        QTest::keyClick(&plot, Qt::Key_M, Qt::ShiftModifier);
+        const PlotMapping mapping = PlotMapping::of(plot);
+        QTest::keyClick(&plot, Qt::Key_F2);
+        const auto* const editor = plot.findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        const QPointF at = mapping.toFrame(QRectF(editor->geometry()).center());
+        QVERIFY(std::abs(at.x() - mapping.columnOf(20.5)) < 50.0);
+        QVERIFY(at.y() < mapping.frameRect().top() + 50.0);
+    }
+
     void escapeDropsTheNewName()
     {
         XY2DGraphWidget map;

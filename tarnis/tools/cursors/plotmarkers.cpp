@@ -1,6 +1,5 @@
 #include "tarnis/tools/plotmarkers.h"
 
-#include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
@@ -9,7 +8,6 @@
 #include "tarnis/tools/base/plotreadout_p.h"
 
 #include <QAction>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
 
@@ -28,34 +26,6 @@ QString letterName(int number)
         name.prepend(QChar('A' + (rest - 1) % letters));
     return name;
 }
-
-/// Return and Escape return the keyboard to the plot. Unhandled, Escape would end the selection, switch a tool off or
-/// close a dialog around the plot.
-class NameEditor : public LabelEditor {
-public:
-    using LabelEditor::LabelEditor;
-
-    bool event(QEvent* event) override
-    {
-        const bool isOverride = event->type() == QEvent::ShortcutOverride;
-        if (isOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
-            event->accept();
-        return LabelEditor::event(event);
-    }
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override
-    {
-        const int key = event->key();
-        const QPointer<NameEditor> self(this); // a slot may delete the plot
-        if (key == Qt::Key_Escape)
-            event->accept();
-        else
-            LabelEditor::keyPressEvent(event);
-        if (!self.isNull() && (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter))
-            parentWidget()->setFocus(Qt::OtherFocusReason); // closes the editor
-    }
-};
 
 } // namespace
 
@@ -275,24 +245,6 @@ QString PlotMarkers::table() const
 void PlotMarkers::plotChanged(Changes /*changes*/)
 {
     // Positions are values; the next paint computes their pixels.
-}
-
-void PlotMarkers::openEditor(int index)
-{
-    const PlotMapping mapping = PlotMapping::of(*plot());
-    if (!mapping.isValid())
-        return;
-    const QString name = m_markers.at(index).name;
-    auto* const editor = new NameEditor(name, plot());
-    const QPoint at = mapping.pixelOf(m_markers.at(index).position).toPoint();
-    const QRect label(QPoint(at.x() - 20, mapping.plotRect().top()), QSize(40, editor->sizeHint().height()));
-    editor->setGeometry(editorRect(label, false, plot()->rect()));
-    editor->setAccessibleName(tr("Name of the marker"));
-    editor->selectAll();
-    connect(editor, &QLineEdit::returnPressed, this, [this, editor, name] { rename(name, editor->text()); });
-    connect(editor, &QLineEdit::editingFinished, editor, &QObject::deleteLater); // Return or loss of focus
-    editor->show();
-    editor->setFocus();
 }
 
 } // namespace tarnis

@@ -1,6 +1,7 @@
 // Mouse, keys, painting, actions and stored views of the markers.
 #include "tarnis/tools/plotmarkers.h"
 
+#include "tarnis/plots/labeleditor_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/xygraphwidget.h"
@@ -65,6 +66,34 @@ void drawTable(QPainter& painter, const IconInk& ink)
     for (const double row : { 6.0, 9.8 })
         painter.drawLine(QPointF(2.0, row), QPointF(14.0, row));
 }
+
+/// Return and Escape return the keyboard to the plot. Unhandled, Escape would end the selection, switch a tool off or
+/// close a dialog around the plot.
+class NameEditor : public LabelEditor {
+public:
+    using LabelEditor::LabelEditor;
+
+    bool event(QEvent* event) override
+    {
+        const bool isOverride = event->type() == QEvent::ShortcutOverride;
+        if (isOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+            event->accept();
+        return LabelEditor::event(event);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        const int key = event->key();
+        const QPointer<NameEditor> self(this); // a slot may delete the plot
+        if (key == Qt::Key_Escape)
+            event->accept();
+        else
+            LabelEditor::keyPressEvent(event);
+        if (!self.isNull() && (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter))
+            parentWidget()->setFocus(Qt::OtherFocusReason); // closes the editor
+    }
+};
 
 } // namespace
 
@@ -335,6 +364,26 @@ PlotMarkers::Name PlotMarkers::nameOf(
         QStringLiteral("%1  %2").arg(marker.name, readOutNumber(PlotAccess::namedX(*plot(), marker.position.x())));
     const bool isNearRight = column + 4 + labelSize(QFontMetrics(font), text).width() > rect.right();
     return labelled(text, { isNearRight ? column - 4 : column + 4, top }, isNearRight ? Qt::AlignRight : Qt::AlignLeft);
+}
+
+void PlotMarkers::openEditor(int index)
+{
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (!mapping.isValid())
+        return;
+    const QString name = m_markers.at(index).name;
+    auto* const editor = new NameEditor(name, plot());
+    const QRectF box = nameOf(mapping, plot()->font(), index, cornerBoxesOf(*plot())).box;
+    const QPointF middle = (mapping.fromFrame(box.topLeft()) + mapping.fromFrame(box.bottomRight())) / 2.0;
+    QRect label(QPoint(), QSize(static_cast<int>(box.width()), editor->sizeHint().height()));
+    label.moveCenter(middle.toPoint());
+    editor->setGeometry(editorRect(label, false, plot()->rect()));
+    editor->setAccessibleName(tr("Name of the marker"));
+    editor->selectAll();
+    connect(editor, &QLineEdit::returnPressed, this, [this, editor, name] { rename(name, editor->text()); });
+    connect(editor, &QLineEdit::editingFinished, editor, &QObject::deleteLater); // Return or loss of focus
+    editor->show();
+    editor->setFocus();
 }
 
 QList<QRect> PlotMarkers::overlayBoxes() const
