@@ -190,6 +190,35 @@ private Q_SLOTS:
         QVERIFY(hasReference(3.5, 4.5));
     }
 
+    /// Differences of 1, 2 and 5 are the ends of an axis, and small counts have many of them.
+    void stripShowsPointsAtTheEndsOfItsAxis()
+    {
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", 10, 40, true, true);
+        plot.initManualX(0, 4);
+        plot.initManualY(0, 40);
+        plot.setData({ 16, 16, 16, 16 });
+        showActive(plot);
+        ReferenceCurves references(&plot);
+        references.freeze(QStringLiteral("r"));
+        plot.setData({ 21, 16, 11, 16 });
+        references.setView(ReferenceCurves::View::Difference); // an axis from -5 to 5
+        plot.refreshPixmap();
+        plot.grab();
+        const QImage image = plot.grab().toImage();
+        const auto isPointAt = [&](double x, int row) {
+            const int column = static_cast<int>(PlotMapping::of(plot).pixelOf({ x, 0 }).x()); // of the error bar
+            return colourAt(image, QPoint(column - 1, row)) == QColor(Qt::white)
+                && colourAt(image, QPoint(column + 1, row)) == QColor(Qt::white);
+        };
+        const int top = plot.height() - 120 + 8; // of the frame
+        const int bottom = plot.height() - 6;
+        for (int i = 1; i <= 3; ++i) {
+            QVERIFY(isPointAt(0.5, top + i));
+            QVERIFY(isPointAt(2.5, bottom - i));
+        }
+    }
+
     void denseStripsShowEveryBin()
     {
         auto random = seededGenerator(42);

@@ -136,7 +136,7 @@ void ReferenceCurves::paintOverlay(QPainter& painter, const PlotMapping& mapping
     m_cache->paint(painter, plot(), mapping, mapping.frameRect(), isStale,
         [&](QPainter& inside) { paintReferences(inside, mapping, live); });
     paintName(painter, mapping); // other tools move it more often than the curves change
-    if (m_stripHeight == 0)
+    if (m_stripHeight == 0 || stripRect(mapping).isEmpty()) // the labels of a style leave a narrow plot no space
         return;
     m_stripCache->paint(painter, plot(), mapping, stripArea(mapping), isStale,
         [&](QPainter& inside) { paintStrip(inside, mapping, live); });
