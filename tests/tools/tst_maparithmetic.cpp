@@ -113,6 +113,14 @@ private Q_SLOTS:
         QCOMPARE(percentileLevels(one, 1, 99), (AxisRange { 7, 7 }));
     }
 
+    void equalLevelsBeginAtZero()
+    {
+        QCOMPARE(distinctLevels({ 7, 7 }), (AxisRange { 0, 7 }));
+        QCOMPARE(distinctLevels({ -3, -3 }), (AxisRange { -3, 0 }));
+        QCOMPARE(distinctLevels({ 1, 2 }), (AxisRange { 1, 2 }));
+        QCOMPARE(distinctLevels({ 0, 0 }), (AxisRange { 0, 0 }));
+    }
+
     void axisHoldsAllValuesAndLevels()
     {
         Generator generator = seededGenerator(1);

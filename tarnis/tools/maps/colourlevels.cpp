@@ -211,7 +211,7 @@ bool ColourLevels::read()
         mode() == Mode::Percentiles && !values.empty() && (m_strip == nullptr || !m_strip->isDragging());
     if (isFollowing) {
         const AxisRange levels = percentileLevels(values, m_percentiles->first, m_percentiles->second);
-        ViewControl(*map()).showLevels(levels);
+        ViewControl(*map()).showLevels(distinctLevels(levels));
         m_applied = { lower(), upper() };
     }
     if (m_strip != nullptr)

@@ -69,6 +69,13 @@ AxisRange percentileLevels(std::vector<double>& values, double lower, double upp
     return { quantile(values, low), quantile(values, high) };
 }
 
+AxisRange distinctLevels(AxisRange levels)
+{
+    if (levels.min != levels.max)
+        return levels;
+    return { std::min(levels.min, 0.0), std::max(levels.max, 0.0) };
+}
+
 double LevelAxis::shareOf(double value) const
 {
     const double low = onCurve(curve, range.min);

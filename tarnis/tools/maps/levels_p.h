@@ -18,6 +18,10 @@ std::vector<double> paintedBins(const QList<QList<double>>& rows);
 /// and sorted. Reorders the values.
 AxisRange percentileLevels(std::vector<double>& values, double lower, double upper);
 
+/// The levels, from or to 0 if they are equal: a map on which nearly every bin has one count would have a single
+/// colour.
+AxisRange distinctLevels(AxisRange levels);
+
 /// An axis of values transformed by the curve of a colour scale.
 struct LevelAxis {
     AxisRange range; ///< ascending
