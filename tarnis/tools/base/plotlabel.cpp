@@ -125,6 +125,11 @@ QRect paintLabel(QPainter& painter, const QString& text, const QPoint& at, Qt::A
     return frame;
 }
 
+bool isForFile(const QPainter& painter, const XYGraphWidget& plot)
+{
+    return painter.device() != static_cast<const QPaintDevice*>(&plot);
+}
+
 QColor colourOverData(const XYGraphWidget& plot, const QColor& onDark)
 {
     constexpr int dark = 80; // at least 4.5:1 on white

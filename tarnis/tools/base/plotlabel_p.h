@@ -62,6 +62,9 @@ QRect labelFrame(const QSize& size, const QPoint& at, Qt::Alignment alignment);
 /// background of a style.
 QColor colourOverData(const XYGraphWidget& plot, const QColor& onDark);
 
+/// Whether the picture is for a file or a page, which has no highlights that are for mouse and keys only.
+bool isForFile(const QPainter& painter, const XYGraphWidget& plot);
+
 /// The pixels of such a line, with its border; a slanted one in short parts.
 QRegion areaOfLine(const QPointF& from, const QPointF& to);
 

@@ -378,7 +378,7 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         noteDrawn(painter, {});
         return;
     }
-    const bool isFile = painter.device() != static_cast<const QPaintDevice*>(plot());
+    const bool isFile = isForFile(painter, *plot());
     if (isFile)
         *m_label = {}; // the same font has other sizes on another device
     const QRect rect = mapping.frameRect();

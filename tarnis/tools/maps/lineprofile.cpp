@@ -308,8 +308,7 @@ void LineProfile::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     painter.setBrush(colour);
     for (const QPointF& end : { line.from, line.to })
         painter.drawEllipse(end, 4.0, 4.0);
-    const bool isFile = painter.device() != static_cast<const QPaintDevice*>(plot());
-    if (!isFile) // a handle is for the mouse only
+    if (!isForFile(painter, *plot())) // a handle is for the mouse only
         painter.drawRect(QRectF(line.handle - QPointF(3.5, 3.5), QSizeF(7.0, 7.0)));
     painter.restore();
     paintLabel(painter, startText, labelPlace(line.from), Qt::AlignHCenter | Qt::AlignBottom);
