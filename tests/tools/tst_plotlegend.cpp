@@ -19,6 +19,7 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <memory>
 
 using namespace tarnis;
 using namespace tarnis::testing;
@@ -176,6 +177,16 @@ private Q_SLOTS:
         QTest::keyClick(m_plot.get(), Qt::Key_L, Qt::ShiftModifier);
         QTest::keyClick(m_plot.get(), Qt::Key_L, Qt::ShiftModifier);
         QVERIFY(!m_legend->isVisible());
+    }
+
+    void savedPictureHasNoChosenEntry()
+    {
+        const auto saved = [this] { return std::unique_ptr<QPixmap>(m_plot->toPixmap())->toImage(); };
+        const QImage picture = saved();
+        const QImage screen = m_plot->grab().toImage();
+        QTest::keyClick(m_plot.get(), Qt::Key_L, Qt::ShiftModifier);
+        QCOMPARE(saved(), picture);
+        QVERIFY(m_plot->grab().toImage() != screen);
     }
 
     void longListScrolls()

@@ -261,6 +261,22 @@ private Q_SLOTS:
         QVERIFY(at.y() < mapping.frameRect().top() + 50.0);
     }
 
+    void savedPictureHasNoSelection()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotMarkers markers(&plot);
+        showActive(plot);
+        markers.add({ 20.5, 0.0 });
+        const auto saved = [&] { return std::unique_ptr<QPixmap>(plot.toPixmap())->toImage(); };
+        const QImage picture = saved();
+        const QImage screen = plot.grab().toImage();
+        QTest::keyClick(&plot, Qt::Key_M, Qt::ShiftModifier);
+        QCOMPARE(markers.selected(), 0);
+        QCOMPARE(saved(), picture);
+        QVERIFY(plot.grab().toImage() != screen);
+    }
+
     void escapeDropsTheNewName()
     {
         XY2DGraphWidget map;

@@ -183,6 +183,22 @@ private Q_SLOTS:
         QCOMPARE(table.regions()->regions().first().bounds().left(), 20.0);
     }
 
+    void savedPictureHasNoSelection()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        expose(plot);
+        PlotRegions regions(&plot);
+        regions.add(PlotRegion::rangeX(20, 30));
+        regions.select(-1);
+        const auto saved = [&] { return std::unique_ptr<QPixmap>(plot.toPixmap())->toImage(); };
+        const QImage picture = saved();
+        const QImage screen = plot.grab().toImage();
+        regions.select(0);
+        QCOMPARE(saved(), picture);
+        QVERIFY(plot.grab().toImage() != screen);
+    }
+
     void removesTheSelectedRegion()
     {
         VectorGraphWidget plot;

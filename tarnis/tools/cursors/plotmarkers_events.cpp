@@ -294,7 +294,7 @@ void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     for (int i = 0; i < m_markers.size(); ++i) { // labels are drawn over all lines
         const Name name = nameOf(mapping, painter.font(), i, taken);
         area += areaOf(mapping, name.box, i);
-        name.label.paint(painter, name.box.topLeft(), name.style);
+        name.label.paint(painter, name.box.topLeft(), isForFile(painter, *plot()) ? LabelStyle::Plain : name.style);
     }
     noteDrawn(painter, area);
 }
@@ -306,7 +306,8 @@ void PlotMarkers::paintMarker(QPainter& painter, const PlotMapping& mapping, int
         return;
     const QRect rect = mapping.frameRect();
     const double column = std::round(mapping.columnOf(position.x()));
-    const QColor colour = colourOverData(*plot(), index == m_selected ? selectedColour : markerColour);
+    const bool isHighlighted = index == m_selected && !isForFile(painter, *plot());
+    const QColor colour = colourOverData(*plot(), isHighlighted ? selectedColour : markerColour);
     painter.save();
     painter.setClipRect(rect);
     if (isMap()) {

@@ -8,6 +8,7 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/plotstyling_p.h"
+#include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/curves/legendplacement_p.h"
 #include "tarnis/tools/plotnavigator.h"
@@ -346,7 +347,7 @@ void PlotLegend::paintOverlay(QPainter& painter, const PlotMapping& /*mapping*/)
     for (qsizetype i = now.first; i < now.first + now.rows; ++i) {
         const LegendEntry& entry = now.entries.at(i);
         const QRect row = now.rowRect(i);
-        if (i == m_selected && curves()->hasFocus()) {
+        if (i == m_selected && curves()->hasFocus() && !isForFile(painter, *curves())) {
             painter.setPen(QPen(textColour, 1.0, Qt::DotLine));
             painter.setBrush(Qt::NoBrush);
             painter.drawRect(QRectF(row).adjusted(-1.5, 0.5, 1.5, -0.5));

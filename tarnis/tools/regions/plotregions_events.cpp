@@ -328,9 +328,9 @@ void PlotRegions::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
     painter.setClipRect(mapping.frameRect());
     painter.setRenderHint(QPainter::Antialiasing);
+    const qsizetype highlighted = isForFile(painter, *plot()) ? -1 : m_data->selected;
     for (qsizetype i = 0; i < m_data->regions.size(); ++i)
-        paintRegion(
-            painter, m_data->regions.at(i), mapping, i == m_data->selected ? selectedColour : regionColour, true);
+        paintRegion(painter, m_data->regions.at(i), mapping, i == highlighted ? selectedColour : regionColour, true);
     if (m_data->drawn && !m_data->drawn->points.isEmpty()) {
         const bool isOpen = m_data->drawn->kind == PlotRegion::Kind::Polygon;
         paintRegion(painter, *m_data->drawn, mapping, selectedColour, !isOpen);
