@@ -100,7 +100,7 @@ QString curveName(const MultiVectorGraphWidget& plot, AddType type, const Summed
     const SeriesTexts texts = seriesTextsOf(plot);
     const int groupSize = std::max(plot.m_groupSize, 1);
     const int record = curve.records.value(0, number);
-    const QString given = texts.names.value(record);
+    QString given = texts.names.value(record);
     if (!given.isEmpty() && (type == AddType::AddNone || (type == AddType::AddEachGroup && groupSize == 1)))
         return given;
     switch (type) {

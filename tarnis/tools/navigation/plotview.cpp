@@ -89,7 +89,7 @@ QJsonObject PlotView::stateOf(const XYGraphWidget& plot)
 
 QString PlotView::apply(XYGraphWidget& plot, const QJsonObject& state)
 {
-    const QString fault = faultOf(state);
+    QString fault = faultOf(state);
     if (!fault.isEmpty())
         return fault;
     ViewControl view(plot);
