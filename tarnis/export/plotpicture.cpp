@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace tarnis {
@@ -46,6 +47,8 @@ struct Layout : XYGraphWidget {
 };
 struct Map : XY2DGraphWidget {
     static constexpr auto bar = &Map::m_colorBar;
+    static constexpr auto minZ = &Map::m_minZ;
+    static constexpr auto maxZ = &Map::m_maxZ;
 };
 
 class LayoutKeeper {
@@ -62,8 +65,11 @@ public:
             hooks->setPictureSize(size);
         if (!options.heading.isEmpty())
             (plot.*Layout::title).clear(); // a second title
-        if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot); map && PlotAccess::colouring(std::as_const(*map)))
+        if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot);
+            map && PlotAccess::colouring(std::as_const(*map))) {
+            m_levels = PlotAccess::levels(*map);
             setBesideBar(*map, 0); // controls beside the colour bar are not in the picture
+        }
     }
     ~LayoutKeeper()
     {
@@ -78,11 +84,22 @@ public:
         m_plot.*Layout::maxYLabel = m_labels[3];
         m_plot.*Layout::covers = m_covers;
         m_plot.*Layout::title = m_title;
+        if (m_levels)
+            restoreLevels(static_cast<XY2DGraphWidget&>(m_plot), *m_levels);
     }
     LayoutKeeper(const LayoutKeeper&) = delete;
     LayoutKeeper& operator=(const LayoutKeeper&) = delete;
 
 private:
+    /// Those of sums and means depend on the pixels.
+    static void restoreLevels(XY2DGraphWidget& map, AxisRange levels)
+    {
+        map.*Map::minZ = levels.min;
+        map.*Map::maxZ = levels.max;
+        (map.*Map::bar)->setMin(levels.min);
+        (map.*Map::bar)->setMax(levels.max);
+    }
+
     /// Without a new layout of the widget.
     void setBesideBar(XY2DGraphWidget& map, int width)
     {
@@ -99,6 +116,7 @@ private:
     QRect m_labels[4];
     bool m_covers;
     QString m_title;
+    std::optional<AxisRange> m_levels; ///< of a map's colours that tools have chosen
 };
 
 /// Pixels of a resolution other than the screen's.

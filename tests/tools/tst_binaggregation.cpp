@@ -4,6 +4,7 @@
 #include "support/randomcases.h"
 #include "support/support.h"
 
+#include <tarnis/export/plotexporter.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
@@ -120,6 +121,24 @@ private Q_SLOTS:
         aggregation.setMethod(BinAggregation::Method::None);
         map.grab();
         QCOMPARE(map.m_maxZ, 1.0);
+    }
+
+    /// Such a file has every bin: neither the label of the sums nor their scale, which the widget keeps.
+    void vectorFilesAreThoseOfTheBins()
+    {
+        MapProbe map;
+        fill(map);
+        show(map);
+        const QByteArray plain = PlotExporter(map).picture(PictureFormat::Svg, {}, nullptr);
+        BinAggregation aggregation(&map);
+        aggregation.setMethod(BinAggregation::Method::Sum);
+        const QImage before = map.grab().toImage();
+        const double largest = map.m_maxZ;
+        QCOMPARE(PlotExporter(map).picture(PictureFormat::Svg, {}, nullptr), plain);
+        QCOMPARE(map.m_maxZ, largest);
+        QCoreApplication::processEvents();
+        QCOMPARE(map.grab().toImage(), before);
+        QVERIFY(largest > 1.0);
     }
 
     void changesNothingWithoutSharedPixels()

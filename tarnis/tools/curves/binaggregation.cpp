@@ -1,5 +1,6 @@
 #include "tarnis/tools/binaggregation.h"
 
+#include "tarnis/plots/exactdrawing_p.h"
 #include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"
@@ -123,7 +124,8 @@ void BinAggregation::plotChanged(Changes changes)
 
 void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 {
-    if (!isShown())
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
+    if (!isShown() || (isMap && exactDeviceBehind(painter) != nullptr)) // there the map has every bin
         return;
     const QList<ShownCurve> curves = shownCurves(*plot()); // none for a map
     const bool isStale = !isSameData(curves, m_painted);
