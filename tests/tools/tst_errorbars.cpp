@@ -69,6 +69,21 @@ private Q_SLOTS:
         QVERIFY(!isDrawn(after, mapping, 5.0, 18.5)); // between two bars
     }
 
+    /// Like those of a map's cut along Y.
+    void binsInFallingOrderHaveBars()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 0, 0, 16, 0, 0, 0, 0, 0, 0, 0 }, 40);
+        plot.initManualX(10, 0);
+        ErrorBars bars(&plot);
+        bars.setMethod(ErrorBars::Method::SquareRoot);
+        bars.setOn(true);
+        showWithoutGrid(plot);
+        const PlotMapping mapping = PlotMapping::of(plot);
+        QVERIFY(isDrawn(plot.grab().toImage(), mapping, 7.5, 19.5));
+        QVERIFY(!isDrawn(plot.grab().toImage(), mapping, 2.5, 19.5));
+    }
+
     void emptyBinsHaveExactBars()
     {
         VectorGraphWidget plot;

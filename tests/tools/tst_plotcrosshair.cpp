@@ -71,6 +71,18 @@ private Q_SLOTS:
         QCOMPARE(cross->text(), text);
     }
 
+    void edgesAscendOnBinsInFallingOrder()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        plot.initManualX(100, 0); // as in a cut along Y
+        auto* const cross = new PlotCrosshair(&plot);
+        showActive(plot);
+        moveTo(plot, 95, 5);
+        QCOMPARE(cross->text(), QStringLiteral("Time [90, 100) bin 0   4 ± 2"));
+        QVERIFY(cross->table().endsWith(QStringLiteral("\n0\t90\t100\t4\n")));
+    }
+
     void readsADashOutsideOfTheData()
     {
         VectorGraphWidget plot;

@@ -80,6 +80,27 @@ private Q_SLOTS:
         QVERIFY(ruler.text().contains(QStringLiteral("3.000 dec")));
     }
 
+    /// Like those of a map's cut along Y.
+    void sumsBinsInFallingOrder()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        plot.initManualX(100, 0);
+        plot.setData({ 1, 2, 3, 4, 5, 6, 7, 8, 9, 10 });
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        ruler.setEnds({ 95, 1 }, { 65, 1 });
+        QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ 10")), qPrintable(ruler.text()));
+        ruler.setEnds({ 15, 1 }, { 25, 1 });
+        QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ 17")), qPrintable(ruler.text()));
+        ruler.setEnds({ -50, 1 }, { 150, 1 }); // beyond both ends
+        QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ 55")), qPrintable(ruler.text()));
+        for (const double outside : { -50.0, 150.0 }) {
+            ruler.setEnds({ outside, 1 }, { outside + 10.0, 1 });
+            QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ 0")), qPrintable(ruler.text()));
+        }
+    }
+
     void sumsEveryVisibleCurve()
     {
         MultiVectorGraphWidget plot;

@@ -48,19 +48,23 @@ BinsInView binsBetween(AxisRange range, qsizetype count, const BinAt& binAt, con
     const double high = std::max(range.min, range.max);
     if (count == 0 || !(low <= high))
         return {};
+    // The bins of an axis that falls, such as that of a cut along Y, are in the opposite order.
+    const bool isFalling = edgesOf(0).max < edgesOf(0).min;
+    const qsizetype lowest = isFalling ? count - 1 : 0;
+    const double lowEnd = isFalling ? edgesOf(lowest).max : edgesOf(lowest).min;
     qsizetype first = binAt(low);
     qsizetype last = binAt(high);
     if (first < 0) {
-        if (!(low < edgesOf(0).min))
-            return {}; // beyond the last bin
-        first = 0;
+        if (!(low <= lowEnd))
+            return {}; // beyond the highest bin
+        first = lowest;
     }
     if (last < 0) {
-        if (high < edgesOf(0).min)
+        if (high <= lowEnd)
             return {};
-        last = count - 1;
+        last = count - 1 - lowest;
     }
-    return { first, last };
+    return { std::min(first, last), std::max(first, last) };
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnis {
@@ -39,6 +40,12 @@ QString valueText(const ReadOutValue& value)
         return QStringLiteral("%1 ± %2").arg(
             readOutNumber(*value.value), QString::number(std::sqrt(*value.value), 'g', 3));
     return readOutNumber(*value.value);
+}
+
+/// The bins of an axis may be in falling order.
+AxisRange ascending(AxisRange range)
+{
+    return { std::min(range.min, range.max), std::max(range.min, range.max) };
 }
 
 QString binText(const QString& name, qsizetype bin, AxisRange edges)
@@ -77,7 +84,7 @@ PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, dou
     readOut.isMap = map != nullptr;
     if (readOut.column < 0)
         return readOut;
-    readOut.edgesX = mapping.columnEdges(readOut.column);
+    readOut.edgesX = ascending(mapping.columnEdges(readOut.column));
     readOut.namedX = PlotAccess::namedX(plot, readOut.edgesX);
     if (mapping.hasTickFunction() && !PlotAccess::namesSecondScale(plot))
         readOut.tick = mapping.tickOf(readOut.edgesX.min + (readOut.edgesX.max - readOut.edgesX.min) / 2.0);
@@ -85,7 +92,7 @@ PlotReadOut readOutAt(const XYGraphWidget& plot, const PlotMapping& mapping, dou
         readOut.row = mapping.rowAt(y);
         if (readOut.row < 0)
             return readOut;
-        readOut.edgesY = mapping.rowEdges(readOut.row);
+        readOut.edgesY = ascending(mapping.rowEdges(readOut.row));
         const QList<double>& row = PlotAccess::rows(*map).at(readOut.row);
         readOut.values.append({ {}, Qt::white,
             readOut.column < row.size() ? std::optional<double>(row.at(readOut.column)) : std::nullopt });
