@@ -199,6 +199,32 @@ private Q_SLOTS:
         QVERIFY(plot.grab().toImage() != screen);
     }
 
+    /// Like those of a map's cut along Y.
+    void readsBinsInFallingOrder()
+    {
+        QList<double> samples;
+        for (int i = 0; i < 100; ++i)
+            samples.append(10 + (i > 20 && i < 40 ? i : 0));
+        QStringList tables;
+        for (const bool isFalling : { false, true }) {
+            VectorGraphWidget plot;
+            fill(plot);
+            if (isFalling) {
+                plot.initManualX(100, 0);
+                std::reverse(samples.begin(), samples.end());
+            } else {
+                plot.initManualX(0, 100);
+            }
+            plot.setData(samples);
+            expose(plot);
+            RegionTable table(&plot);
+            table.regions()->add(PlotRegion::rangeX(15, 35));
+            tables << table.table();
+        }
+        QVERIFY(tables.at(0).contains(QStringLiteral("\t20\t"))); // bins
+        QCOMPARE(tables.at(1), tables.at(0));
+    }
+
     void removesTheSelectedRegion()
     {
         VectorGraphWidget plot;

@@ -13,19 +13,25 @@ namespace tarnis {
 
 namespace {
 
-/// Bins of the plot's X axis. With a plot function they are unequal.
+/// Bins of the plot's X axis, in ascending order. With a plot function they are unequal.
 void setAxis(PlotSpectrum& spectrum, const PlotMapping& mapping, bool isUnequal)
 {
-    const AxisRange first = mapping.columnEdges(0);
-    spectrum.width = first.max - first.min;
-    spectrum.firstCentre = first.min + spectrum.width / 2.0;
+    const qsizetype last = spectrum.contents.size() - 1;
+    const bool isFalling = mapping.columnEdges(0).max < mapping.columnEdges(0).min;
+    if (isFalling) // as in a map's cut along Y
+        std::reverse(spectrum.contents.begin(), spectrum.contents.end());
+    const AxisRange lowest = mapping.columnEdges(isFalling ? last : 0);
+    spectrum.width = std::abs(lowest.max - lowest.min);
+    spectrum.firstCentre = lowest.min + (lowest.max - lowest.min) / 2.0;
     if (!isUnequal)
         return;
     auto edges = std::make_shared<std::vector<double>>();
     edges->reserve(static_cast<std::size_t>(spectrum.contents.size()) + 1);
-    for (qsizetype i = 0; i < spectrum.contents.size(); ++i)
+    for (qsizetype i = 0; i <= last; ++i)
         edges->push_back(mapping.columnEdges(i).min);
-    edges->push_back(mapping.columnEdges(spectrum.contents.size() - 1).max);
+    edges->push_back(mapping.columnEdges(last).max);
+    if (isFalling)
+        std::reverse(edges->begin(), edges->end());
     spectrum.edges = std::move(edges);
 }
 
