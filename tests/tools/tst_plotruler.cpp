@@ -27,6 +27,7 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 
 using namespace tarnis;
@@ -78,6 +79,21 @@ private Q_SLOTS:
         showActive(plot);
         ruler.setEnds({ 0.5, 1 }, { 1.5, 1 });
         QVERIFY(ruler.text().contains(QStringLiteral("3.000 dec")));
+    }
+
+    void hasNoDistanceToAMissingValue()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 4, std::nan(""), std::numeric_limits<double>::infinity(), 1 });
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        for (const double x : { 37.0, 62.0 }) {
+            ruler.setEnds({ 5, 7 }, { x, 3 });
+            QVERIFY2(ruler.text().contains(QStringLiteral("   Δy –   ")), qPrintable(ruler.text()));
+        }
+        ruler.setEnds({ 5, 7 }, { 95, 3 });
+        QVERIFY2(ruler.text().contains(QStringLiteral("   Δy -3   ")), qPrintable(ruler.text()));
+        QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ 5")), qPrintable(ruler.text()));
     }
 
     /// Like those of a map's cut along Y.

@@ -216,7 +216,10 @@ RulerReading PlotRuler::reading() const
     const auto firstAt = [&](const QPointF& at) {
         return curves.isEmpty() ? std::nullopt : curves.first().at(mapping.columnAt(at.x()));
     };
-    RulerReading reading = readingBetween(shown(a), shown(b), firstAt(a), firstAt(b), mapping.isLogY());
+    const auto onCurve = [&](const QPointF& at) { // also where the value is not a number
+        return QPointF(shown(at).x(), firstAt(at).value_or(at.y()));
+    };
+    RulerReading reading = readingBetween(onCurve(a), onCurve(b), firstAt(a), firstAt(b), mapping.isLogY());
     reading.bins = width;
     QList<QList<double>> parts;
     for (const ShownCurve& curve : curves)

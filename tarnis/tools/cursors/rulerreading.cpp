@@ -49,7 +49,7 @@ RulerReading readingBetween(
 
 QString RulerReading::text() const
 {
-    QStringList parts { QStringLiteral("Δx %1").arg(shown(dx)), QStringLiteral("Δy %1").arg(shown(dy)),
+    QStringList parts { QStringLiteral("Δx %1").arg(shown(dx)), QStringLiteral("Δy %1").arg(shown(finite(dy))),
         QStringLiteral("1/Δx %1").arg(shown(inverse)), QStringLiteral("B/A %1").arg(shown(ratio)) };
     if (decades)
         parts << QStringLiteral("%1 dec").arg(QString::number(*decades, 'f', 3));
