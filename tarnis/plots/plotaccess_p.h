@@ -56,6 +56,8 @@ public:
     static void* tickData(const XYGraphWidget& plot) { return plot.m_funcUserData; }
     /// Whether the name of X is that of the second scale.
     static bool namesSecondScale(const XYGraphWidget& plot);
+    /// The name of positions on X, for numbers that are not converted to that scale.
+    static QString positionNameX(const XYGraphWidget& plot);
     /// X on the scale that its name and its labels show: an energy on a calibrated plot, otherwise X itself. @{
     static double namedX(const XYGraphWidget& plot, double x) { return namesSecondScale(plot) ? tickOf(plot, x) : x; }
     static AxisRange namedX(const XYGraphWidget& plot, AxisRange x)

@@ -14,6 +14,8 @@
 #include <QStringList>
 #include <QtNumeric>
 
+#include <optional>
+
 QT_BEGIN_NAMESPACE
 class QPainter;
 QT_END_NAMESPACE
@@ -69,9 +71,10 @@ public:
     /// The last view that any group of linked axes has set or followed.
     LinkedView& linkedView(Qt::Orientation axis) { return axis == Qt::Horizontal ? m_linkedX : m_linkedY; }
 
-    /// The name of X is that of the second scale of setFuncX2Tick(), which labels and read-outs then show. @{
-    bool namesSecondScale() const { return m_namesSecondScale; }
-    void setNamesSecondScale(bool on) { m_namesSecondScale = on; }
+    /// The name of positions on X, while that of X is the one of the second scale of setFuncX2Tick(), which labels and
+    /// read-outs then show. @{
+    const std::optional<QString>& positionName() const { return m_positionName; }
+    void setPositionName(const std::optional<QString>& name) { m_positionName = name; }
     /// @}
 
     /// The value at the cross of a PlotCrosshair, and the values on the axes at crosses of linked plots; NaN without
@@ -156,7 +159,7 @@ private:
     QCursor m_hadCursor;
     bool m_hadOwnCursor = false;
     int m_readOuts = 0;
-    bool m_namesSecondScale = false;
+    std::optional<QString> m_positionName;
     QSize m_pictureSize;
     QStringList m_seriesNames;
     QList<PlotStyling*> m_stylings;

@@ -187,7 +187,7 @@ void XY2DGraphWidget::Cut::fillX(VectorGraphWidget& plot, const tarnis::CutSpan&
     const tarnis::CutSums sums = tarnis::sumsByColumn(m_plot.m_data, x, y, content());
     const QString label =
         m_plot.m_1dCutActive ? tarnis::cutLabel(m_plot.m_nameY, y.valueOf(y.cutFirst), y.valueOf(y.cutEnd)) : QString();
-    fillCutPlot(plot, m_plot.m_nameX, label, m_plot.columnCount(),
+    fillCutPlot(plot, tarnis::PlotAccess::positionNameX(m_plot), label, m_plot.columnCount(),
         { std::max(m_plot.m_initMinX, m_plot.m_minX), std::min(m_plot.m_maxX, m_plot.m_initMaxX) },
         { m_plot.m_minX, m_plot.m_maxX }, sums);
     plot.setDecimalX(m_plot.m_decimalX);
@@ -199,8 +199,9 @@ void XY2DGraphWidget::Cut::fillX(VectorGraphWidget& plot, const tarnis::CutSpan&
 void XY2DGraphWidget::Cut::fillY(VectorGraphWidget& plot, const tarnis::CutSpan& x, const tarnis::CutSpan& y)
 {
     const tarnis::CutSums sums = tarnis::sumsByRow(m_plot.m_data, x, y, content());
-    const QString label =
-        m_plot.m_1dCutActive ? tarnis::cutLabel(m_plot.m_nameX, x.valueOf(x.cutFirst), x.valueOf(x.cutEnd)) : QString();
+    const QString label = m_plot.m_1dCutActive
+        ? tarnis::cutLabel(tarnis::PlotAccess::positionNameX(m_plot), x.valueOf(x.cutFirst), x.valueOf(x.cutEnd))
+        : QString();
     // The plot is turned by a quarter: its axis runs from high to low.
     fillCutPlot(plot, m_plot.m_nameY, label, m_plot.m_data.size(),
         { std::min(m_plot.m_maxY, m_plot.m_initMaxY), std::max(m_plot.m_initMinY, m_plot.m_minY) },

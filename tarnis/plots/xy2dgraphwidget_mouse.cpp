@@ -4,6 +4,7 @@
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/math/mapreadout_p.h"
 #include "tarnis/plots/mousestate_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
@@ -98,6 +99,6 @@ void XY2DGraphWidget::onSetRectangle(double x1, double x2, double y1, double y2)
 
 QString XY2DGraphWidget::readOutAt(const QPoint& point)
 {
-    return tarnis::readOut(
-        m_data, { binAxisX(), m_nameX, m_decimalX }, { binAxisY(), m_nameY, m_decimalY }, point, m_graphRect);
+    return tarnis::readOut(m_data, { binAxisX(), tarnis::PlotAccess::positionNameX(*this), m_decimalX },
+        { binAxisY(), m_nameY, m_decimalY }, point, m_graphRect);
 }

@@ -90,7 +90,12 @@ bool tarnis::PlotAccess::hasTickFunction(const XYGraphWidget& plot)
 
 bool tarnis::PlotAccess::namesSecondScale(const XYGraphWidget& plot)
 {
-    return plot.m_hooks != nullptr && plot.m_hooks->namesSecondScale();
+    return plot.m_hooks != nullptr && plot.m_hooks->positionName();
+}
+
+QString tarnis::PlotAccess::positionNameX(const XYGraphWidget& plot)
+{
+    return namesSecondScale(plot) ? *plot.m_hooks->positionName() : plot.m_nameX;
 }
 
 void XYGraphWidget::viewTouched()

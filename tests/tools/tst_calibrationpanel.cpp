@@ -7,7 +7,9 @@
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
+#include <tarnis/plots/xy2dgraphwidget.h>
 #include <tarnis/tools/calibrationpanel.h>
+#include <tarnis/tools/lineprofile.h>
 #include <tarnis/tools/plotcalibration.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotkeyboard.h>
@@ -188,6 +190,36 @@ private Q_SLOTS:
         PlotCalibration::remove(plot);
         QCOMPARE(crosshair.text(), QStringLiteral("Channel [2, 3) bin 2   16 ± 4"));
         QVERIFY(PlotExporter(plot).dataset().x.values.empty());
+    }
+
+    /// They show channels, and name them so.
+    void plotsOfAMapKeepItsChannels()
+    {
+        EnergyCalibration calibration;
+        calibration.coefficients = { 100.0, 2.0 };
+        XY2DGraphWidget map;
+        map.init(QStringLiteral("Channel"), QStringLiteral("Strip"), 4, 2, true, true);
+        map.initManualX(0, 4);
+        map.initManualY(0, 2);
+        for (int row = 0; row < 2; ++row)
+            map.setData(row, { 1, 2, 3, 4 }, 4, row == 1);
+        map.resize(400, 300);
+        map.show();
+        map.grab();
+        QCOMPARE(PlotCalibration::apply(map, calibration), QString());
+        QCOMPARE(map.getNameX(), QStringLiteral("Energy [keV]"));
+        LineProfile profile(&map);
+        profile.setLine({ 0.5, 0.5 }, { 3.5, 0.5 });
+        profile.setOn(true);
+        QCoreApplication::processEvents();
+        QCOMPARE(profile.profilePlot()->getNameX(), QStringLiteral("Channel"));
+        map.on1dCut(true);
+        QStringList names;
+        for (VectorGraphWidget* const plot : map.findChildren<VectorGraphWidget*>())
+            names << plot->getNameX();
+        names.removeDuplicates();
+        names.sort();
+        QCOMPARE(names, QStringList({ QStringLiteral("Channel"), QStringLiteral("Strip") }));
     }
 
     void toolTipShowsTheEnergy()

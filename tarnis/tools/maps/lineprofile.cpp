@@ -265,7 +265,7 @@ void LineProfile::showValues(const PlotMapping& mapping)
         const QPointF last = fromBins(mapping, band.from + way * end);
         begin = isFlat ? first.x() : first.y();
         end = isFlat ? last.x() : last.y();
-        name = isFlat ? PlotAccess::nameX(*map()) : PlotAccess::nameY(*map());
+        name = isFlat ? PlotAccess::positionNameX(*map()) : PlotAccess::nameY(*map());
     }
     const AxisRange initial = PlotAccess::initialX(*m_plot);
     if (begin != end && (initial.min != begin || initial.max != end))

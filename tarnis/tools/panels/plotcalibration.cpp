@@ -96,7 +96,7 @@ PlotCalibration::PlotCalibration(
 {
     plot.setFuncX2Tick(&PlotCalibration::toTick, &PlotCalibration::fromTick, this);
     plot.setNameX(tr("Energy [%1]").arg(calibration.unit));
-    PlotHooks::of(plot).setNamesSecondScale(true);
+    PlotHooks::of(plot).setPositionName(m_previousName);
     m_labels = std::make_unique<EnergyLabels>(plot);
 }
 
@@ -127,7 +127,7 @@ void PlotCalibration::remove(XYGraphWidget& plot)
     if (present == nullptr)
         return;
     plot.setFuncX2Tick(nullptr, nullptr, nullptr);
-    PlotHooks::of(plot).setNamesSecondScale(false);
+    PlotHooks::of(plot).setPositionName(std::nullopt);
     plot.setNameX(present->m_previousName);
     delete present;
     plot.refreshPixmap();
