@@ -225,6 +225,32 @@ private Q_SLOTS:
         QCOMPARE(tables.at(1), tables.at(0));
     }
 
+    void readsBinsOfAMapInFallingOrder()
+    {
+        QStringList tables;
+        for (const bool isFalling : { false, true }) {
+            const auto axis = [&](int count) {
+                return isFalling ? AxisRange { double(count), 0.0 } : AxisRange { 0.0, double(count) };
+            };
+            XY2DGraphWidget map;
+            map.init(QStringLiteral("X"), QStringLiteral("Y"), 20, 10, true, true);
+            map.initManualX(axis(20).min, axis(20).max);
+            map.initManualY(axis(10).min, axis(10).max);
+            for (int i = 0; i < 10; ++i) {
+                QList<double> row;
+                for (int k = 0; k < 20; ++k)
+                    row.append(isFalling ? (9 - i) * 100 + 19 - k : i * 100 + k);
+                map.setData(i, row, 1000, i == 9);
+            }
+            expose(map);
+            RegionTable table(&map);
+            table.regions()->add({ Kind::Rectangle, {}, { { 5, 2 }, { 8, 4 } } });
+            tables << table.table();
+        }
+        QVERIFY2(tables.at(0).contains(QStringLiteral("\t6\t1536\t")), qPrintable(tables.at(0))); // bins and sum
+        QCOMPARE(tables.at(1), tables.at(0));
+    }
+
     void removesTheSelectedRegion()
     {
         VectorGraphWidget plot;

@@ -13,14 +13,20 @@ namespace tarnis {
 
 namespace {
 
+/// Whether bins with such edges are in falling order, as in a map's cut along Y.
+bool isFalling(AxisRange edges)
+{
+    return edges.max < edges.min;
+}
+
 /// Bins of the plot's X axis, in ascending order. With a plot function they are unequal.
 void setAxis(PlotSpectrum& spectrum, const PlotMapping& mapping, bool isUnequal)
 {
     const qsizetype last = spectrum.contents.size() - 1;
-    const bool isFalling = mapping.columnEdges(0).max < mapping.columnEdges(0).min;
-    if (isFalling) // as in a map's cut along Y
+    const bool isReversed = isFalling(mapping.columnEdges(0));
+    if (isReversed)
         std::reverse(spectrum.contents.begin(), spectrum.contents.end());
-    const AxisRange lowest = mapping.columnEdges(isFalling ? last : 0);
+    const AxisRange lowest = mapping.columnEdges(isReversed ? last : 0);
     spectrum.width = std::abs(lowest.max - lowest.min);
     spectrum.firstCentre = lowest.min + (lowest.max - lowest.min) / 2.0;
     if (!isUnequal)
@@ -30,7 +36,7 @@ void setAxis(PlotSpectrum& spectrum, const PlotMapping& mapping, bool isUnequal)
     for (qsizetype i = 0; i <= last; ++i)
         edges->push_back(mapping.columnEdges(i).min);
     edges->push_back(mapping.columnEdges(last).max);
-    if (isFalling)
+    if (isReversed)
         std::reverse(edges->begin(), edges->end());
     spectrum.edges = std::move(edges);
 }
@@ -118,15 +124,19 @@ MapContents mapOf(const XYGraphWidget& plot)
         return result;
     const QList<QList<double>>& rows = PlotAccess::rows(*map);
     result.contents.resize(columns * static_cast<std::size_t>(rows.size()));
-    auto target = result.contents.begin();
-    for (const QList<double>& row : rows) {
+    const bool isFallingX = isFalling(mapping.columnEdges(0));
+    const bool isFallingY = isFalling(mapping.rowEdges(0));
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const QList<double>& row = rows.at(isFallingY ? rows.size() - 1 - i : i);
+        const auto target = result.contents.begin() + i * mapping.columns();
         std::copy_n(row.begin(), std::min(row.size(), mapping.columns()), target);
-        target += static_cast<std::ptrdiff_t>(columns);
+        if (isFallingX)
+            std::reverse(target, target + mapping.columns());
     }
-    const AxisRange x = mapping.columnEdges(0);
-    const AxisRange y = mapping.rowEdges(0);
+    const AxisRange x = mapping.columnEdges(isFallingX ? mapping.columns() - 1 : 0);
+    const AxisRange y = mapping.rowEdges(isFallingY ? mapping.rows() - 1 : 0);
     result.data = { result.contents, static_cast<int>(columns), static_cast<int>(rows.size()),
-        x.min + (x.max - x.min) / 2.0, y.min + (y.max - y.min) / 2.0, x.max - x.min, y.max - y.min,
+        x.min + (x.max - x.min) / 2.0, y.min + (y.max - y.min) / 2.0, std::abs(x.max - x.min), std::abs(y.max - y.min),
         faultOfCounts(result.contents).isEmpty() };
     return result;
 }
