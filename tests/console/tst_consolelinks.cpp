@@ -6,6 +6,7 @@
 
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcalibration.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plottoolbar.h>
 #include <tarnis/tools/plotview.h>
@@ -74,6 +75,27 @@ private Q_SLOTS:
         showX(first.plot, { 20.0, 30.0 });
         TRY_COMPARE(rangeX(second.plot), (AxisRange { 20.0, 30.0 }));
         QCOMPARE(rangeY(second.plot), before);
+    }
+
+    void energiesNeedTheSameCalibration()
+    {
+        tarnis::EnergyCalibration calibration;
+        calibration.coefficients = { 0.0, 2.0 };
+        tarnis::EnergyCalibration other = calibration;
+        other.coefficients = { 0.0, 3.0 };
+        Curve first(timeName, countsName);
+        Curve second(timeName, countsName);
+        Curve apart(timeName, countsName);
+        QCOMPARE(tarnis::PlotCalibration::apply(first.plot, calibration), QString());
+        QCOMPARE(tarnis::PlotCalibration::apply(second.plot, calibration), QString());
+        QCOMPARE(tarnis::PlotCalibration::apply(apart.plot, other), QString());
+        QCOMPARE(apart.plot.getNameX(), first.plot.getNameX());
+        for (Curve* const curve : { &first, &second, &apart })
+            curve->choose("linkGroupA");
+        const AxisRange before = rangeX(apart.plot);
+        showX(first.plot, { 20.0, 30.0 });
+        TRY_COMPARE(rangeX(second.plot), (AxisRange { 20.0, 30.0 }));
+        QCOMPARE(rangeX(apart.plot), before);
     }
 
     void aMapSharesBothAxes()

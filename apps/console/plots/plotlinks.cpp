@@ -2,6 +2,7 @@
 
 #include <tarnis/foundation/retranslator.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcalibration.h>
 #include <tarnis/tools/plottoolbar.h>
 
 #include <QAction>
@@ -22,9 +23,15 @@ struct PlotLinks {
     Q_DECLARE_TR_FUNCTIONS(PlotLinks)
 };
 
-QString nameOf(const XYGraphWidget& plot, Qt::Orientation axis)
+/// Names the quantity of an axis: its name and unit, and the calibration of energies, since equal channels of two
+/// calibrations have different energies. Empty for an axis without a name.
+QString quantityOf(const XYGraphWidget& plot, Qt::Orientation axis)
 {
-    return axis == Qt::Horizontal ? plot.getNameX() : plot.getNameY();
+    const QString name = axis == Qt::Horizontal ? plot.getNameX() : plot.getNameY();
+    const auto* const calibration = axis == Qt::Horizontal ? tarnis::PlotCalibration::of(plot) : nullptr;
+    if (name.isEmpty() || calibration == nullptr)
+        return name;
+    return name + QString::fromUtf8(tarnis::calibrationToJson(calibration->calibration()));
 }
 
 /// Has translated texts, and the current group in the text of its button.
@@ -107,19 +114,19 @@ void PlotLink::join(const QString& group)
 
 void PlotLink::link(Qt::Orientation axis)
 {
-    const QString name = nameOf(*plot(), axis);
-    if (name.isEmpty())
-        return; // nothing is known about its quantity
-    std::shared_ptr<tarnis::AxisLink> link = linkOf(name);
+    const QString quantity = quantityOf(*plot(), axis);
+    if (quantity.isEmpty())
+        return;
+    std::shared_ptr<tarnis::AxisLink> link = linkOf(quantity);
     if (!link)
         link = std::make_shared<tarnis::AxisLink>();
     link->add(plot(), axis);
     m_joined.push_back({ axis, link });
 }
 
-/// The link that other plots of the group have for an axis of this name; null without one. Names are compared as they
-/// are now, because they follow the language.
-std::shared_ptr<tarnis::AxisLink> PlotLink::linkOf(const QString& axisName) const
+/// The link that other plots of the group have for an axis of this quantity; null without one. Quantities are compared
+/// as they are now, because their names follow the language.
+std::shared_ptr<tarnis::AxisLink> PlotLink::linkOf(const QString& quantity) const
 {
     const QWidgetList widgets = QApplication::allWidgets();
     for (const QWidget* const widget : widgets) {
@@ -127,7 +134,7 @@ std::shared_ptr<tarnis::AxisLink> PlotLink::linkOf(const QString& axisName) cons
         if (other == nullptr || other == this || other->plot() == nullptr || other->m_group != m_group)
             continue;
         const auto found = std::find_if(other->m_joined.begin(), other->m_joined.end(),
-            [&](const Joined& joined) { return nameOf(*other->plot(), joined.axis) == axisName; });
+            [&](const Joined& joined) { return quantityOf(*other->plot(), joined.axis) == quantity; });
         if (found != other->m_joined.end())
             return found->link;
     }

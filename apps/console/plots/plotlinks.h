@@ -16,8 +16,8 @@ class PlotToolBar;
 namespace console {
 
 /// The membership of a plot in one of the groups A, B and C. Axes of the same group share their range if they have the
-/// same name, which includes the unit: the X axes of all plots, and the Y axes of maps. The counts of curves are not
-/// linked. The group is part of the stored view.
+/// same name, which includes the unit: the X axes of all plots, and the Y axes of maps. Axes with energies also need
+/// the same calibration. The counts of curves are not linked. The group is part of the stored view.
 class PlotLink : public tarnis::InteractiveTool {
     Q_OBJECT
 public:
@@ -41,7 +41,7 @@ private:
         std::shared_ptr<tarnis::AxisLink> link; // shared by the members of the group
     };
     void link(Qt::Orientation axis);
-    std::shared_ptr<tarnis::AxisLink> linkOf(const QString& axisName) const;
+    std::shared_ptr<tarnis::AxisLink> linkOf(const QString& quantity) const;
 
     QString m_group;
     std::vector<Joined> m_joined;
