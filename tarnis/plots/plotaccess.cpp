@@ -2,6 +2,7 @@
 
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/mapcolouring_p.h"
+#include "tarnis/plots/plotobserver.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
 
 #include <QAction>
@@ -111,6 +112,21 @@ void PlotAccess::setReduction(XY2DGraphWidget& map, BinReduction reduction)
 {
     colouring(map).reduction = reduction;
     map.refreshPixmap();
+    PlotObserver::announceData(map); // other values are shown
+}
+
+bool PlotAccess::showsSumsOrMeans(const XY2DGraphWidget& map)
+{
+    const BinReduction reduction = map.m_colouring != nullptr ? map.m_colouring->reduction : BinReduction::First;
+    return reduction == BinReduction::Sum || reduction == BinReduction::Mean;
+}
+
+QList<QList<double>> PlotAccess::shownRows(const XY2DGraphWidget& map)
+{
+    const auto& colors = map.m_parts->colors;
+    if (!showsSumsOrMeans(map) || map.m_data.isEmpty() || map.m_graphRect.isEmpty())
+        return map.m_data;
+    return colors.reducedBins(colors.geometry(map.m_graphRect)).value_or(map.m_data);
 }
 
 void PlotAccess::setSquareRoot(XY2DGraphWidget& map, bool on)

@@ -151,6 +151,10 @@ public:
     /// Reserves space for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);
     static void setReduction(XY2DGraphWidget& map, BinReduction reduction);
+    /// Whether sums or means of bins may be shown in place of the bins. They depend on the view and have other colours.
+    static bool showsSumsOrMeans(const XY2DGraphWidget& map);
+    /// The values that the colours stand for: the bins, or the sums or means in their place, and 0 elsewhere.
+    static QList<QList<double>> shownRows(const XY2DGraphWidget& map);
     static void setSquareRoot(XY2DGraphWidget& map, bool on);
     /// Replaces the five points of all maps; nothing is repainted.
     static void setSharedColours(const ScaleColours& colors);

@@ -44,6 +44,21 @@ tarnis::ColourScale XY2DGraphWidget::ColourControls::scale() const
         chosen != nullptr && chosen->colors ? *chosen->colors : tarnis::PlotAccess::sharedColours() };
 }
 
+tarnis::BinGeometry XY2DGraphWidget::ColourControls::geometry(const QRect& graph) const
+{
+    return { graph, tarnis::visibleBins(m_plot.binAxisX(), graph.width(), m_plot.columnCount()),
+        tarnis::visibleBins(m_plot.binAxisY(), graph.height(), m_plot.m_data.size()) };
+}
+
+std::optional<tarnis::BinRows> XY2DGraphWidget::ColourControls::reducedBins(const tarnis::BinGeometry& view) const
+{
+    using tarnis::BinReduction;
+    const BinReduction reduction = m_plot.m_colouring != nullptr ? m_plot.m_colouring->reduction : BinReduction::First;
+    if (reduction == BinReduction::First || !tarnis::hasSharedPixels(view))
+        return std::nullopt;
+    return tarnis::reducedBins(m_plot.m_data, view, reduction);
+}
+
 QColor XY2DGraphWidget::getColor(double value)
 {
     return m_parts->colors.scale().colour(value);

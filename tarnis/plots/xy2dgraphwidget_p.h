@@ -1,10 +1,14 @@
 // The private parts of XY2DGraphWidget, one for each concern, and the numbers that its sources share.
 #pragma once
 
+#include "tarnis/plots/math/bingeometry_p.h"
+#include "tarnis/plots/math/binvalues_p.h"
 #include "tarnis/plots/math/projection_p.h"
 #include "tarnis/plots/raster/colourscale_p.h"
 #include "tarnis/plots/raster/mappainter_p.h"
 #include "tarnis/plots/xy2dgraphwidget.h"
+
+#include <optional>
 
 namespace tarnis {
 
@@ -26,6 +30,11 @@ public:
 
     /// What the map is painted with.
     tarnis::ColourScale scale() const;
+    /// The visible bins in a plot rectangle.
+    tarnis::BinGeometry geometry(const QRect& graph) const;
+    /// The values in place of bins that share a pixel, by a tool's choice. Without a value if every bin is painted as
+    /// it is.
+    std::optional<tarnis::BinRows> reducedBins(const tarnis::BinGeometry& view) const;
     /// Fits an automatic scale to the data.
     void fitScale();
     /// Shows the colours in use in the bar.

@@ -32,21 +32,17 @@ void XY2DGraphWidget::onPaint(QPainter& painter, QRect const& graph)
     m_parts->colors.fitScale();
     if (m_data.isEmpty())
         return;
-    const tarnis::BinGeometry view { graph, tarnis::visibleBins(binAxisX(), graph.width(), columnCount()),
-        tarnis::visibleBins(binAxisY(), graph.height(), m_data.size()) };
-    using tarnis::BinReduction;
-    const bool isExact = tarnis::exactDeviceBehind(painter) != nullptr; // it shows every bin
-    const BinReduction reduction = m_colouring != nullptr ? m_colouring->reduction : BinReduction::First;
-    const bool isReduced = reduction != BinReduction::First && !isExact && tarnis::hasSharedPixels(view);
-    const tarnis::BinRows rows = isReduced ? tarnis::reducedBins(m_data, view, reduction) : m_data;
-    if (isReduced && reduction != BinReduction::Maximum && m_colorBar->isAutoScale()) {
-        m_maxZ = tarnis::largestBin(rows); // sums and means have a separate scale
-        m_colorBar->setMax(m_maxZ);
-    }
-    if (isExact)
+    const tarnis::BinGeometry view = m_parts->colors.geometry(graph);
+    if (tarnis::exactDeviceBehind(painter) != nullptr) { // it shows every bin
         tarnis::paintMapExactly(painter, view, m_data, m_parts->colors.scale());
-    else
-        m_parts->painter.paint(painter, view, rows, m_parts->colors.scale());
+    } else {
+        const std::optional<tarnis::BinRows> reduced = m_parts->colors.reducedBins(view);
+        if (reduced && m_colouring->reduction != tarnis::BinReduction::Maximum && m_colorBar->isAutoScale()) {
+            m_maxZ = tarnis::largestBin(*reduced); // sums and means have a separate scale
+            m_colorBar->setMax(m_maxZ);
+        }
+        m_parts->painter.paint(painter, view, reduced ? *reduced : m_data, m_parts->colors.scale());
+    }
     paintPoints(painter, graph);
 }
 

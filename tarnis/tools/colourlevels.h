@@ -29,8 +29,8 @@ class LevelStrip;
 /// - The context menu contains the colour maps, for this map or for all maps of the program, the scale, and limits by
 ///   percentiles.
 ///
-/// The histogram and the percentiles include all painted bins, which are the finite non-zero ones. They are updated at
-/// most once a second. Limits set by the user are kept.
+/// The histogram and the percentiles include all painted bins, which are the finite non-zero ones, or the sums or means
+/// that a BinAggregation shows in their place. They are updated at most once a second. Limits set by the user are kept.
 class TARNIS_EXPORT ColourLevels : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 

@@ -3,12 +3,14 @@
 #include "support/pictures.h"
 #include "support/randomcases.h"
 #include "support/support.h"
+#include "support/wait.h"
 
 #include <tarnis/export/plotexporter.h>
 #include <tarnis/plots/multivectorgraphwidget.h>
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/binaggregation.h>
+#include <tarnis/tools/colourlevels.h>
 
 #include <QAction>
 #include <QJsonObject>
@@ -121,6 +123,26 @@ private Q_SLOTS:
         aggregation.setMethod(BinAggregation::Method::None);
         map.grab();
         QCOMPARE(map.m_maxZ, 1.0);
+    }
+
+    void levelsAreThoseOfSumsAndMeans()
+    {
+        MapProbe map;
+        fill(map);
+        BinAggregation aggregation(&map);
+        ColourLevels levels(&map);
+        show(map);
+        aggregation.setMethod(BinAggregation::Method::Sum);
+        map.grab();
+        const double largestSum = map.m_maxZ;
+        QVERIFY(largestSum > 4.0);
+        levels.setPercentiles(0, 100);
+        QCOMPARE(levels.upper(), largestSum);
+        map.setMinMaxX(0, side / 8.0); // fewer bins share a pixel
+        map.refreshPixmap();
+        TRY_VERIFY(levels.upper() < largestSum && levels.upper() > 1.0);
+        aggregation.setMethod(BinAggregation::Method::Mean);
+        TRY_COMPARE(levels.upper(), 1.0);
     }
 
     /// Such a file has every bin: neither the label of the sums nor their scale, which the widget keeps.

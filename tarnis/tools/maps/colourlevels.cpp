@@ -184,7 +184,9 @@ void ColourLevels::handleHide()
 void ColourLevels::plotChanged(Changes changes)
 {
     bool isChanged = changes & (ScaleType | Levels | AutoScale);
-    if (changes.testFlag(Data) && (m_strip != nullptr || m_percentiles)) {
+    const bool isByView = plot() != nullptr && PlotAccess::showsSumsOrMeans(*map());
+    const Changes ofValues = isByView ? Data | RangeX | RangeY | PlotRect : Changes(Data);
+    if ((changes & ofValues) && (m_strip != nullptr || m_percentiles)) {
         const qint64 since = m_lastRead.isValid() ? m_lastRead.elapsed() : readMs;
         if (since >= readMs)
             isChanged |= read();
@@ -197,14 +199,15 @@ void ColourLevels::plotChanged(Changes changes)
         Q_EMIT levelsChanged();
 }
 
-/// Reads all bins for the histogram and for the limits by percentiles. Returns true if these have been set.
+/// Reads all bins, or the sums or means that are shown, for the histogram and for the limits by percentiles. Returns
+/// true if these have been set.
 bool ColourLevels::read()
 {
     if (plot() == nullptr)
         return false;
     m_timer.stop();
     m_lastRead.start();
-    std::vector<double> values = paintedBins(PlotAccess::rows(*map()));
+    std::vector<double> values = paintedBins(PlotAccess::shownRows(*map()));
     if (values.empty())
         m_lastRead.invalidate(); // the first data are evaluated at once
     const bool isFollowing =
