@@ -23,10 +23,11 @@ ALLOWED = {
     "tools": {"foundation", "formats", "peak", "analysis", "plots"},
     "live": {"foundation", "server", "client", "peak", "plots", "tools"},
 }
-# Rooms inside tarnis/plots: what else of that folder a room may include.
+# A room of tarnis/plots may include itself and these folders, rooms and headers.
 PLOT_ROOMS = {
-    "math": {"math", "axisrange.h", "multivectorgraphwidget.h"},  # the last holds the record of a curve
-    "raster": {"math", "raster", "rasterpath.h"},
+    # The last one holds the record of a curve.
+    "math": {"foundation", "peak", "plots/axisrange.h", "plots/multivectorgraphwidget.h"},
+    "raster": {"foundation", "plots/math", "plots/rasterpath.h"},
 }
 # A room of tarnis/tools may include itself and these. An installed header at the root belongs to the room of its source.
 TOOL_ROOMS = {
@@ -42,8 +43,9 @@ TOOL_ROOMS = {
     "panels": {"foundation", "formats", "peak", "analysis", "plots", "tools/base"},
     "regions": {"foundation", "formats", "peak", "analysis", "plots", "tools/base", "tools/panels"},
 }
-# Headers that pure arithmetic must not include.
-WIDGET_HEADERS = {"QWidget", "QPainter", "QPixmap", "QApplication", "QDialog"}
+# The headers of Qt that pure arithmetic may include: values, no widgets, no painter.
+VALUE_HEADERS = {"QColor", "QCoreApplication", "QLine", "QList", "QPoint", "QPointF", "QRect", "QString", "QStringList",
+                 "QtGlobal"}
 # A room of apps/console may include itself and these. mainwindow.h and tour/ are for the root and for the tour.
 CONSOLE_ROOMS = {
     "app": set(),
@@ -91,7 +93,7 @@ def library_faults(root):
             for target in included(path):
                 parts = target.split("/")
                 if parts[0] != "tarnis":
-                    if (path.parent / target).exists():
+                    if (path.parent / target).exists() and ".." not in parts:
                         yield f"{path.relative_to(root)}: {target}: write the path from the include root"
                     continue
                 if target in GENERATED or parts[1] == folder or parts[1] in may_include:
@@ -117,9 +119,11 @@ def plot_room_faults(root):
         for path in sources_of(root / "tarnis" / "plots" / room):
             for target in included(path):
                 parts = target.split("/")
-                if target.startswith("tarnis/plots/") and parts[2] not in may_include:
+                folder = "/".join(parts[1:3]) if parts[1:2] == ["plots"] else parts[1] if len(parts) > 1 else ""
+                is_ours = parts[0] == "tarnis" and target not in GENERATED
+                if is_ours and folder != f"plots/{room}" and folder not in may_include:
                     yield f"{path.relative_to(root)}: {target}: plots/{room} may not include it"
-                if room == "math" and target in WIDGET_HEADERS:
+                if room == "math" and parts[0].startswith("Q") and target not in VALUE_HEADERS:
                     yield f"{path.relative_to(root)}: {target}: plots/math has no widgets and paints nothing"
 
 
@@ -180,16 +184,29 @@ def is_of_other_program(apps, program, target):
         any((folder / target).exists() for folder in others) or target.split("/")[0] in {o.name for o in others})
 
 
+def relative_faults(root):
+    """A path with ".." would pass every rule here by."""
+    for top in ("apps", "benchmarks", "examples", "fuzz", "tarnis", "tests"):
+        for path in sources_of(root / top):
+            for target in included(path):
+                if ".." in target.split("/"):
+                    yield f"{path.relative_to(root)}: {target}: write the path from the include root"
+
+
 def readme_faults(root):
     """Compares what a README says that its folder may include with the tables above."""
     folders = {f"tarnis/{name}": allowed for name, allowed in ALLOWED.items()}
+    folders |= {f"tarnis/plots/{name}": {part for part in allowed if not part.endswith(".h")}
+                for name, allowed in PLOT_ROOMS.items()}
     folders |= {f"tarnis/tools/{name}": allowed for name, allowed in TOOL_ROOMS.items()}
     folders |= {f"apps/console/{name}": allowed for name, allowed in CONSOLE_ROOMS.items()}
     for folder, allowed in folders.items():
         readme = root / folder / "README.md"
         text = readme.read_text(encoding="utf-8").replace("\n", " ") if readme.exists() else ""
         line = re.search(r"May include:? ([^.]*)\.", text)
-        if line and set(re.findall(r"`((?:tools/)?\w+)`", line[1])) != allowed:
+        if readme.exists() and not line:
+            yield f"{folder}/README.md: does not say what the folder may include"
+        if line and set(re.findall(r"`((?:plots/|tools/)?[a-z]\w*)`", line[1])) != allowed:
             yield f"{folder}/README.md: May include: {', '.join(sorted(allowed)) or 'Qt only'}"
 
 
@@ -223,7 +240,8 @@ def main():
     root = pathlib.Path(sys.argv[1])
     faults = [
         *library_faults(root), *leaf_faults(root), *plot_room_faults(root), *tool_room_faults(root),
-        *console_faults(root), *program_faults(root), *outside_faults(root), *readme_faults(root)
+        *console_faults(root), *program_faults(root), *outside_faults(root), *relative_faults(root),
+        *readme_faults(root)
     ]
     print("\n".join(faults))
     print(f"{len(faults)} faults")

@@ -105,6 +105,9 @@ class CheckIncludes(unittest.TestCase):
         self.write("tarnis/peak/README.md", "May include: `foundation`,\n`server`.\n")
         self.assertIn("tarnis/peak/README.md: May include: foundation", self.faults())
         self.write("tarnis/peak/README.md", "")
+        self.assertIn("tarnis/peak/README.md: does not say what the folder may include", self.faults())
+        self.write("tarnis/plots/raster/README.md", "May include: `foundation`, `peak`.\n")
+        self.assertIn("tarnis/plots/raster/README.md: May include: foundation, plots/math", self.faults())
         self.write("tarnis/tools/base/README.md", "May include: `foundation`, `plots`, `tools/curves`.\n")
         self.assertIn("tarnis/tools/base/README.md: May include: foundation, plots", self.faults())
 
@@ -115,6 +118,18 @@ class CheckIncludes(unittest.TestCase):
         faults = self.faults()
         self.assertIn("plots/math may not include it", faults)
         self.assertIn("plots/math has no widgets", faults)
+        for header in ("QtWidgets/QWidget", "QPen"):
+            self.write("tarnis/plots/math/a.cpp", f"#include <{header}>\n")
+            self.assertIn("plots/math has no widgets", self.faults())
+        self.write("tarnis/plots/math/a.cpp", '#include "tarnis/peak/a.h"\n#include <QRect>\n#include <cmath>\n')
+        self.assertEqual(self.faults(), "\n0 faults\n")
+        self.write("tarnis/plots/raster/a.cpp", '#include "tarnis/peak/a.h"\n')
+        self.assertIn("plots/raster may not include it", self.faults())
+
+    def test_relative_path(self):
+        for path in ("apps/console/windows/a.cpp", "apps/client/a.cpp", "tarnis/peak/a.cpp", "tests/peak/a.cpp"):
+            self.write(path, '#include "../a.h"\n')
+            self.assertIn(f"{path}: ../a.h: write the path from the include root", self.faults())
 
     def test_console_rooms(self):
         self.write("apps/console/log/a.cpp", '#include "server/a.h"\n#include "ui_a.h"\n')
