@@ -6,13 +6,14 @@
 //
 // - AxisMapping::valueAfter(), valueBefore(), for the rubber band, read-outs, edges of the cut and moving: multiply
 //   first, so that the edges of the rectangle are exactly the ends of the range.
-// - columnOf(), rowOf() of axisticks_p.h, for marks, labels and the grid: multiply first, then truncate.
+// - pixelsFromMin() of axisticks_p.h, for ticks, labels, the grid, and crosses on a map: multiplies before it divides,
+//   so that round values are on whole pixels.
 // - BinGeometry of bingeometry_p.h, for bins of maps: counts from a fraction of a bin, so that neighbours share edges.
-// - SampleScale, FunctionScale, ValueScale of curvescale_p.h, for curves: pixels per sample and per unit are worked out
-//   once for each curve, and some values are on the bottom of a logarithmic axis.
+// - SampleScale, FunctionScale, ValueScale of curvescale_p.h, for curves, and PeakScale of peakcurve_p.h, for fitted
+//   peaks: pixels per sample and per unit are computed once for each curve, and some values are on the bottom of a
+//   logarithmic axis.
 // - cutPixels() of projection_p.h, for the lines of the cut: from the upper end down; a range that does not ascend has
 //   no extent.
-// - pointPixels() of projection_p.h, for crosses on a map: multiplies before it divides.
 // - colourBarValue() of colourbar_p.h, for the labels of the colour bar: counts whole intervals, not pixels.
 #pragma once
 

@@ -116,9 +116,14 @@ AxisTicks logTicks(AxisRange range)
     return ticks;
 }
 
+double pixelsFromMin(double value, AxisRange range, int length)
+{
+    return length * (value - range.min) / (range.max - range.min);
+}
+
 int columnOf(double value, AxisRange x, const QRect& graph)
 {
-    return truncateToPixel(graph.width() * (value - x.min) / (x.max - x.min) + graph.left());
+    return truncateToPixel(graph.left() + pixelsFromMin(value, x, graph.width()));
 }
 
 int rowOf(double value, AxisRange y, bool logScale, const QRect& graph)
@@ -126,9 +131,9 @@ int rowOf(double value, AxisRange y, bool logScale, const QRect& graph)
     if (plotEqual(y.min, y.max))
         return graph.bottom();
     if (!logScale)
-        return truncateToPixel(graph.bottom() - (value - y.min) * graph.height() / (y.max - y.min));
-    return truncateToPixel(graph.bottom()
-        - (floorLog10(value) - floorLog10(y.min)) * graph.height() / (floorLog10(y.max) - floorLog10(y.min)));
+        return truncateToPixel(graph.bottom() - pixelsFromMin(value, y, graph.height()));
+    const AxisRange decades { floorLog10(y.min), floorLog10(y.max) };
+    return truncateToPixel(graph.bottom() - pixelsFromMin(floorLog10(value), decades, graph.height()));
 }
 
 QList<int> gridColumns(const AxisTicks& ticks, AxisRange x, const QRect& graph)

@@ -36,6 +36,10 @@ AxisTicks linearTicks(QList<double> inner, AxisRange range);
 /// The ends of the range and the powers of ten between them. A minimum that is a power of ten is listed twice.
 AxisTicks logTicks(AxisRange range);
 
+/// Pixels from the lower end of an axis of that length to a value. Multiplies before it divides, so that round values
+/// of a round range are on whole pixels. Not finite where the range is empty.
+double pixelsFromMin(double value, AxisRange range, int length);
+
 /// Pixel column of a value. Undefined positions (an empty range) are far outside.
 int columnOf(double value, AxisRange x, const QRect& graph);
 

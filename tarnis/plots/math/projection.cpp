@@ -132,8 +132,8 @@ double edgeValue(CutEdge edge, QPoint point, AxisRange visibleX, AxisRange visib
 
 QRect pointPixels(const QPointF& point, AxisRange visibleX, AxisRange visibleY, const QRect& graph)
 {
-    const double x = graph.left() + graph.width() * (point.x() - visibleX.min) / (visibleX.max - visibleX.min);
-    const double y = graph.bottom() - graph.height() * (point.y() - visibleY.min) / (visibleY.max - visibleY.min);
+    const double x = graph.left() + pixelsFromMin(point.x(), visibleX, graph.width());
+    const double y = graph.bottom() - pixelsFromMin(point.y(), visibleY, graph.height());
     return { QPoint(limitedPixel(x - pointArm), limitedPixel(y - pointArm)),
         QPoint(limitedPixel(x + pointArm), limitedPixel(y + pointArm)) };
 }

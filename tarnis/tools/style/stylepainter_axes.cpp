@@ -1,4 +1,5 @@
 // Ticks, their labels, and the grid.
+#include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
@@ -84,7 +85,7 @@ StylePainter::Axis StylePainter::axisX(const QRect& graph, const Scale& scale)
     const AxisRange ticks { PlotAccess::tickOf(m_plot, x.min), PlotAccess::tickOf(m_plot, x.max) };
     const double step = smallestStep(ticks, PlotAccess::decimalsX(m_plot));
     const auto place = [&](double tick) {
-        return graph.left() + graph.width() * (PlotAccess::fromTick(m_plot, tick) - x.min) / (x.max - x.min);
+        return graph.left() + pixelsFromMin(PlotAccess::fromTick(m_plot, tick), x, graph.width());
     };
     const auto fits = [&](const Axis& axis) {
         for (qsizetype i = 1; i < axis.marks.size(); ++i) {
@@ -115,10 +116,10 @@ StylePainter::Axis StylePainter::axisY(const QRect& graph, const Scale& scale)
     const bool isLog = PlotAccess::isLogY(m_plot) && !isMap;
     const int maxTicks =
         std::clamp(static_cast<int>(graph.height() / (linesPerTick * std::max(scale.line, 1))), 1, maxTicksY);
-    const double low = isLog ? floorLog10(y.min) : y.min;
-    const double high = isLog ? floorLog10(y.max) : y.max;
+    const auto onScale = [isLog](double value) { return isLog ? floorLog10(value) : value; };
+    const AxisRange scaled { onScale(y.min), onScale(y.max) };
     const auto place = [&](double value) {
-        return graph.bottom() - graph.height() * ((isLog ? floorLog10(value) : value) - low) / (high - low);
+        return graph.bottom() - pixelsFromMin(onScale(value), scaled, graph.height());
     };
     const TickPlan plan =
         isLog ? decadePlan(y, maxTicks) : linearPlan(y, maxTicks, smallestStep(y, PlotAccess::decimalsY(m_plot)));

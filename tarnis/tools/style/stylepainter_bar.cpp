@@ -1,5 +1,6 @@
 // The colour bar of a map.
 #include "tarnis/plots/colorbarwidget.h"
+#include "tarnis/plots/math/axisticks_p.h"
 #include "tarnis/plots/math/floatcomparison_p.h"
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/xy2dgraphwidget_p.h"
@@ -46,15 +47,14 @@ PlotStyling::BarLayout StylePainter::paintColourBar(QPainter& painter, const QRe
             return floorLog10(value);
         return content.isSquareRoot ? std::sqrt(std::max(value, 0.0)) : value;
     };
-    const double low = onScale(content.range.min);
-    const double high = onScale(content.range.max);
+    const AxisRange scaled { onScale(content.range.min), onScale(content.range.max) };
     const int maxTicks = std::clamp(static_cast<int>(strip.height() / (linesPerTick * scale.line)), 1, content.ticks);
     const TickPlan plan =
         content.isLog ? decadePlan(content.range, maxTicks) : linearPlan(content.range, maxTicks, 0.0);
     const LargeNumbers numbers =
         options.numbers == PlotStyle::NumberForm::Powers ? LargeNumbers::Powers : LargeNumbers::Prefixes;
     const Axis axis = axisOf(plan, content.isLog ? decadeLabels(plan, numbers) : axisLabels(plan, numbers), scale,
-        [&](double value) { return strip.bottom() - strip.height() * (onScale(value) - low) / (high - low); });
+        [&](double value) { return strip.bottom() - pixelsFromMin(onScale(value), scaled, strip.height()); });
     const int labelLeft = strip.right() + 1 + scale.tick + scale.pad / 2 + 1;
     painter.setPen(theme().text);
     const auto drawTick = [&](double position, int length) {
