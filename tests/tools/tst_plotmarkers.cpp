@@ -297,6 +297,31 @@ private Q_SLOTS:
         QCOMPARE(markers.selected(), 0); // the key is not for the tool
     }
 
+    void anUnchangedNameClosesTheEditor_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Escape") << int(Qt::Key_Escape);
+        QTest::newRow("Return") << int(Qt::Key_Return);
+        QTest::newRow("Tab") << int(Qt::Key_Tab);
+    }
+    void anUnchangedNameClosesTheEditor()
+    {
+        QFETCH(const int, key);
+        XY2DGraphWidget map;
+        fill(map);
+        PlotMarkers markers(&map);
+        showActive(map);
+        markers.add({ 1.5, 0.5 });
+        PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
+        QTest::keyClick(&map, Qt::Key_F2);
+        auto* const editor = map.findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        QTest::keyClick(editor, static_cast<Qt::Key>(key));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(map.findChild<QLineEdit*>(), nullptr);
+        QCOMPARE(markers.markers().at(0).name, QStringLiteral("A"));
+    }
+
     void tableHasEveryVisibleCurve()
     {
         MultiVectorGraphWidget plot;

@@ -93,6 +93,16 @@ protected:
         if (!self.isNull() && (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter))
             parentWidget()->setFocus(Qt::OtherFocusReason); // closes the editor
     }
+
+    /// QLineEdit reports no end of editing while the text is unchanged.
+    void focusOutEvent(QFocusEvent* event) override
+    {
+        const QPointer<NameEditor> self(this); // a slot may delete the plot
+        const bool isPopup = event->reason() == Qt::PopupFocusReason; // its own menu
+        LabelEditor::focusOutEvent(event);
+        if (!self.isNull() && !isPopup)
+            deleteLater();
+    }
 };
 
 } // namespace
@@ -382,7 +392,6 @@ void PlotMarkers::openEditor(int index)
     editor->setAccessibleName(tr("Name of the marker"));
     editor->selectAll();
     connect(editor, &QLineEdit::returnPressed, this, [this, editor, name] { rename(name, editor->text()); });
-    connect(editor, &QLineEdit::editingFinished, editor, &QObject::deleteLater); // Return or loss of focus
     editor->show();
     editor->setFocus();
 }
