@@ -159,6 +159,9 @@ private Q_SLOTS:
         QContextMenuEvent byMouse(QContextMenuEvent::Mouse, QPoint(5, 5), host.plot->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(host.plot, &byMouse);
         QVERIFY(QApplication::activePopupWidget() == nullptr);
+        QTest::keyClick(host.plot, Qt::Key_F10, Qt::ShiftModifier); // the system sends the menu key's event only
+        QVERIFY(QApplication::activePopupWidget() != nullptr);
+        QApplication::activePopupWidget()->close();
     }
 
     void endsAreEdited_data()

@@ -206,9 +206,14 @@ bool PlotKeyboard::handleEvent(QEvent* event)
     switch (event->type()) {
     case QEvent::KeyPress: { // an editor inside the plot passes on keys that it does not handle
         const auto& key = static_cast<const QKeyEvent&>(*event);
-        if (!plot()->hasFocus() || key.key() != boxKey || key.modifiers() != Qt::NoModifier)
+        if (!plot()->hasFocus())
             return false;
-        goToBox();
+        if (key.key() == boxKey && key.modifiers() == Qt::NoModifier)
+            goToBox();
+        else if (key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier) // a menu event on Windows only
+            openMenu();
+        else
+            return false;
         return true;
     }
     case QEvent::ContextMenu:
