@@ -15,33 +15,6 @@ namespace tarnis {
 
 namespace {
 
-// Access to protected members: a pointer to member named through a subclass is one of the base class.
-struct Frame : XYGraphWidget {
-    static constexpr auto minX = &Frame::m_minX;
-    static constexpr auto maxX = &Frame::m_maxX;
-    static constexpr auto minY = &Frame::m_minY;
-    static constexpr auto maxY = &Frame::m_maxY;
-    static constexpr auto initMinX = &Frame::m_initMinX;
-    static constexpr auto initMaxX = &Frame::m_initMaxX;
-    static constexpr auto initMinY = &Frame::m_initMinY;
-    static constexpr auto manualX = &Frame::m_manualX;
-    static constexpr auto manualY = &Frame::m_manualY;
-    static constexpr auto title = &Frame::m_title;
-};
-struct Single : VectorGraphWidget {
-    static constexpr auto samples = &Single::m_data;
-};
-struct Many : MultiVectorGraphWidget {
-    static constexpr auto series = &Many::m_data;
-    static constexpr auto addType = &Many::m_addType;
-    static constexpr auto resolution = &Many::m_resolution;
-    static constexpr auto plotX = &Many::m_funcX2Plot;
-};
-struct Map : XY2DGraphWidget {
-    static constexpr auto resolutionX = &Map::m_resolutionX;
-    static constexpr auto resolutionY = &Map::m_resolutionY;
-};
-
 /// "Time [us]" and "Time (us)" as name and unit.
 DataAxis namedAxis(const QString& text)
 {
@@ -62,6 +35,13 @@ std::vector<double> binEdges(double low, double high, qsizetype bins)
     if (bins == 0 || (low == 0.0 && high == static_cast<double>(bins)) || !std::isfinite(low) || !std::isfinite(high))
         return {};
     return uniformEdges(low, high, bins);
+}
+
+/// Edges of the bins of a manual X axis, which share its initial range.
+std::vector<double> manualEdges(const XYGraphWidget& plot, qsizetype bins)
+{
+    const AxisRange initial = PlotAccess::initialX(plot);
+    return binEdges(initial.min, initial.max, bins);
 }
 
 /// Appends a curve that may be shorter than the others; the remaining values are missing.
@@ -85,11 +65,11 @@ void readValueName(Dataset& data, const QString& text)
 Dataset spectrumOf(VectorGraphWidget& plot)
 {
     Dataset data;
-    const QList<double>& samples = plot.*Single::samples;
+    const QList<double>& samples = PlotAccess::samples(plot);
     data.columns = samples.size();
     data.x = namedAxis(plot.getNameX());
-    if (plot.*Frame::manualX)
-        data.x.values = binEdges(plot.*Frame::initMinX, plot.*Frame::initMaxX, data.columns);
+    if (PlotAccess::isManualX(plot))
+        data.x.values = manualEdges(plot, data.columns);
     appendCurve(data, samples);
     readValueName(data, plot.getNameY());
     return data;
@@ -119,13 +99,13 @@ QString curveName(const MultiVectorGraphWidget& plot, AddType type, const Summed
 void readSeriesAxis(Dataset& data, MultiVectorGraphWidget& plot)
 {
     data.x = namedAxis(plot.getNameX());
-    const double resolution = plot.*Many::resolution;
-    const auto plotX = plot.*Many::plotX;
+    const double resolution = PlotAccess::resolution(plot);
+    const auto plotX = PlotAccess::positionToX(plot);
     if (plotX != nullptr) {
         for (qsizetype i = 0; i < data.columns; ++i)
             data.x.values.push_back(plotX(resolution * static_cast<double>(i), nullptr));
-    } else if (plot.*Frame::manualX) {
-        data.x.values = binEdges(plot.*Frame::initMinX, plot.*Frame::initMaxX, data.columns);
+    } else if (PlotAccess::isManualX(plot)) {
+        data.x.values = manualEdges(plot, data.columns);
     } else {
         data.x.values = binEdges(0.0, resolution * static_cast<double>(data.columns), data.columns);
     }
@@ -134,8 +114,8 @@ void readSeriesAxis(Dataset& data, MultiVectorGraphWidget& plot)
 Dataset curvesOf(MultiVectorGraphWidget& plot)
 {
     Dataset data;
-    const QList<Series>& series = plot.*Many::series;
-    const AddType type = plot.*Many::addType;
+    const QList<Series>& series = PlotAccess::series(plot);
+    const AddType type = PlotAccess::addType(plot);
     QList<QList<double>> samples;
     QStringList names;
     int number = 0;
@@ -173,10 +153,11 @@ Dataset mapOf(XY2DGraphWidget& plot)
         return manual ? binEdges(low, low + step * static_cast<double>(bins), bins)
                       : binEdges(0.0, static_cast<double>(bins) * resolution, bins);
     };
+    const PlotAccess::MapAxis x = PlotAccess::mapAxisX(plot);
+    const PlotAccess::MapAxis y = PlotAccess::mapAxisY(plot);
     data.x.values =
-        edges(plot.*Frame::manualX, plot.*Frame::initMinX, plot.getStepX(), plot.*Map::resolutionX, data.columns);
-    data.y.values =
-        edges(plot.*Frame::manualY, plot.*Frame::initMinY, plot.getStepY(), plot.*Map::resolutionY, data.rows);
+        edges(PlotAccess::isManualX(plot), PlotAccess::initialX(plot).min, x.step, x.resolution, data.columns);
+    data.y.values = edges(PlotAccess::isManualY(plot), PlotAccess::initialY(plot).min, y.step, y.resolution, data.rows);
     return data;
 }
 
@@ -186,10 +167,9 @@ struct Bins {
     qsizetype end = 0;
 };
 
-Bins binsWithin(const DataAxis& axis, qsizetype bins, double low, double high)
+Bins binsWithin(const DataAxis& axis, qsizetype bins, AxisRange range)
 {
-    if (low > high)
-        std::swap(low, high);
+    const auto [low, high] = std::minmax(range.min, range.max);
     const std::vector<double> edges = edgesOf(axis, bins);
     Bins within { bins, 0 };
     for (qsizetype bin = 0; bin < bins; ++bin) {
@@ -231,10 +211,9 @@ Dataset cropped(const Dataset& whole, Bins columns, Bins rows)
 
 Dataset visiblePart(const XYGraphWidget& plot, const Dataset& whole)
 {
-    const Bins columns = binsWithin(whole.x, whole.columns, plot.*Frame::minX, plot.*Frame::maxX);
-    const Bins rows = whole.kind == Dataset::Kind::Map
-        ? binsWithin(whole.y, whole.rows, plot.*Frame::minY, plot.*Frame::maxY)
-        : Bins { 0, whole.rows };
+    const Bins columns = binsWithin(whole.x, whole.columns, PlotAccess::x(plot));
+    const Bins rows = whole.kind == Dataset::Kind::Map ? binsWithin(whole.y, whole.rows, PlotAccess::y(plot))
+                                                       : Bins { 0, whole.rows };
     return cropped(whole, columns, rows);
 }
 
@@ -263,7 +242,7 @@ Dataset plotData(XYGraphWidget& plot, Extent extent, TableScale scale)
         data = curvesOf(*many);
     else if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot))
         data = mapOf(*map);
-    data.title = plot.*Frame::title;
+    data.title = PlotAccess::title(plot);
     if (!isConsistent(data))
         return {};
     data = partOf(plot, data, extent);

@@ -34,89 +34,46 @@ constexpr double maxPixels = 4e8;
 constexpr int maxSide = 32767; // limit of the raster engine
 constexpr int headingHeight = 28;
 
-/// The properties of a plot that painting changes, for restoring them afterwards.
-struct Layout : XYGraphWidget {
-    static constexpr auto graphRect = &Layout::m_graphRect;
-    static constexpr auto margin = &Layout::m_margin;
-    static constexpr auto minXLabel = &Layout::m_labelRectMinX;
-    static constexpr auto maxXLabel = &Layout::m_labelRectMaxX;
-    static constexpr auto minYLabel = &Layout::m_labelRectMinY;
-    static constexpr auto maxYLabel = &Layout::m_labelRectMaxY;
-    static constexpr auto covers = &Layout::m_coversPicture;
-    static constexpr auto title = &Layout::m_title;
-};
-struct Map : XY2DGraphWidget {
-    static constexpr auto bar = &Map::m_colorBar;
-    static constexpr auto minZ = &Map::m_minZ;
-    static constexpr auto maxZ = &Map::m_maxZ;
-};
-
+/// Restores the properties of a plot that painting changes.
 class LayoutKeeper {
 public:
     LayoutKeeper(XYGraphWidget& plot, QSize size, const PictureOptions& options)
         : m_plot(plot)
-        , m_graphRect(plot.*Layout::graphRect)
-        , m_labels { plot.*Layout::minXLabel, plot.*Layout::maxXLabel, plot.*Layout::minYLabel,
-            plot.*Layout::maxYLabel }
-        , m_covers(plot.*Layout::covers)
-        , m_title(plot.*Layout::title)
+        , m_layout(PlotAccess::layout(plot))
+        , m_title(PlotAccess::title(plot))
     {
         if (PlotHooks* const hooks = PlotHooks::existing(plot))
             hooks->setPictureSize(size);
         if (!options.heading.isEmpty())
-            (plot.*Layout::title).clear(); // a second title
+            plot.setTitle({}); // a second title
         if (auto* const map = qobject_cast<XY2DGraphWidget*>(&plot);
             map && PlotAccess::colouring(std::as_const(*map))) {
-            m_levels = PlotAccess::levels(*map);
-            setBesideBar(*map, 0); // controls beside the colour bar are not in the picture
+            m_levels = PlotAccess::levels(*map); // those of sums and means depend on the pixels
+            // Controls beside the colour bar are not in the picture.
+            m_besideBar = PlotAccess::reserveBesideBar(*map, 0);
         }
     }
     ~LayoutKeeper()
     {
         if (PlotHooks* const hooks = PlotHooks::existing(m_plot))
             hooks->setPictureSize({});
-        if (m_besideBar != 0)
-            setBesideBar(static_cast<XY2DGraphWidget&>(m_plot), m_besideBar);
-        m_plot.*Layout::graphRect = m_graphRect;
-        m_plot.*Layout::minXLabel = m_labels[0];
-        m_plot.*Layout::maxXLabel = m_labels[1];
-        m_plot.*Layout::minYLabel = m_labels[2];
-        m_plot.*Layout::maxYLabel = m_labels[3];
-        m_plot.*Layout::covers = m_covers;
-        m_plot.*Layout::title = m_title;
-        if (m_levels)
-            restoreLevels(static_cast<XY2DGraphWidget&>(m_plot), *m_levels);
+        PlotAccess::setLayout(m_plot, m_layout);
+        m_plot.setTitle(m_title);
+        if (m_levels) {
+            auto& map = static_cast<XY2DGraphWidget&>(m_plot);
+            PlotAccess::reserveBesideBar(map, m_besideBar);
+            PlotAccess::setLevels(map, *m_levels);
+        }
     }
     LayoutKeeper(const LayoutKeeper&) = delete;
     LayoutKeeper& operator=(const LayoutKeeper&) = delete;
 
 private:
-    /// Those of sums and means depend on the pixels.
-    static void restoreLevels(XY2DGraphWidget& map, AxisRange levels)
-    {
-        map.*Map::minZ = levels.min;
-        map.*Map::maxZ = levels.max;
-        (map.*Map::bar)->setMin(levels.min);
-        (map.*Map::bar)->setMax(levels.max);
-    }
-
-    /// Without a new layout of the widget.
-    void setBesideBar(XY2DGraphWidget& map, int width)
-    {
-        MapColouring& chosen = PlotAccess::colouring(map);
-        m_besideBar = chosen.besideBar;
-        QMargins& margin = m_plot.*Layout::margin;
-        margin.setRight(margin.right() + width - chosen.besideBar);
-        chosen.besideBar = width;
-    }
-
     XYGraphWidget& m_plot;
-    int m_besideBar = 0; ///< of the widget
-    QRect m_graphRect;
-    QRect m_labels[4];
-    bool m_covers;
+    PlotAccess::Layout m_layout;
     QString m_title;
     std::optional<AxisRange> m_levels; ///< of a map's colours that tools have chosen
+    int m_besideBar = 0; ///< of the widget
 };
 
 /// Pixels of a resolution other than the screen's.
@@ -188,14 +145,14 @@ void PlotPicture::settleLayout() const
     constexpr int maxPasses = 4;
     QImage scratch(m_size, QImage::Format_RGB32);
     for (int pass = 0; pass < maxPasses; ++pass) {
-        const int margin = (m_plot.*Layout::margin).right();
+        const int margin = PlotAccess::margin(m_plot).right();
         QPainter painter(&scratch);
         painter.setFont(textFont());
         QRect rect = plotRect();
         m_plot.paint(painter, &rect);
         painter.setClipping(false);
-        paintBar(painter, *(map->*Map::bar));
-        if ((m_plot.*Layout::margin).right() == margin)
+        paintBar(painter, PlotAccess::colourBar(*map));
+        if (PlotAccess::margin(m_plot).right() == margin)
             return;
     }
 }
@@ -217,7 +174,7 @@ QRect PlotPicture::plotRect() const
 void PlotPicture::paintBar(QPainter& painter, ColorBarWidget& bar) const
 {
     const QRect rect = plotRect();
-    const int width = (m_plot.*Layout::margin).right();
+    const int width = PlotAccess::margin(m_plot).right();
     QRect inside(0, 0, width, rect.height() - 2 * bar.y());
     painter.save();
     painter.translate(m_size.width() - width, rect.top() + bar.y());
@@ -249,8 +206,8 @@ void PlotPicture::paint(QPainter& painter) const
     painter.setClipping(false);
     PlotOverlay::paintAll(m_plot, painter);
     if (map != nullptr) {
-        const QSignalBlocker settled(map->*Map::bar);
-        paintBar(painter, *(map->*Map::bar));
+        const QSignalBlocker settled(PlotAccess::colourBar(*map));
+        paintBar(painter, PlotAccess::colourBar(*map));
     }
 }
 

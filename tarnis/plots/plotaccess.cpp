@@ -8,6 +8,8 @@
 #include <QAction>
 #include <QPushButton>
 
+#include <utility>
+
 namespace tarnis {
 
 bool PlotAccess::isCutOn(const XY2DGraphWidget& map)
@@ -99,13 +101,26 @@ void PlotAccess::dropColours(XY2DGraphWidget& map)
     map.m_colouring->colors.reset();
 }
 
-void PlotAccess::setBesideBar(XY2DGraphWidget& map, int width)
+int PlotAccess::reserveBesideBar(XY2DGraphWidget& map, int width)
 {
     MapColouring& chosen = colouring(map);
     map.m_margin.setRight(map.m_margin.right() + width - chosen.besideBar);
-    chosen.besideBar = width;
+    return std::exchange(chosen.besideBar, width);
+}
+
+void PlotAccess::setBesideBar(XY2DGraphWidget& map, int width)
+{
+    reserveBesideBar(map, width);
     map.adjustWidgetPosition(map.size());
     map.refreshPixmap();
+}
+
+void PlotAccess::setLevels(XY2DGraphWidget& map, AxisRange levels)
+{
+    map.m_minZ = levels.min;
+    map.m_maxZ = levels.max;
+    map.m_colorBar->setMin(levels.min);
+    map.m_colorBar->setMax(levels.max);
 }
 
 void PlotAccess::setReduction(XY2DGraphWidget& map, BinReduction reduction)
@@ -149,6 +164,12 @@ ScaleColours PlotAccess::sharedColours()
 {
     return { XY2DGraphWidget::colMin, XY2DGraphWidget::colHalfMin, XY2DGraphWidget::colHalf,
         XY2DGraphWidget::colHalfMax, XY2DGraphWidget::colMax };
+}
+
+PlotAccess::Layout PlotAccess::layout(const XYGraphWidget& plot)
+{
+    return { plot.m_graphRect, plot.m_labelRectMinX, plot.m_labelRectMaxX, plot.m_labelRectMinY, plot.m_labelRectMaxY,
+        plot.m_coversPicture };
 }
 
 void PlotAccess::setLayout(XYGraphWidget& plot, const Layout& layout)

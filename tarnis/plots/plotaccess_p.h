@@ -73,12 +73,13 @@ public:
     static QRect maxYLabel(const XYGraphWidget& plot) { return plot.m_labelRectMaxY; }
     /// @}
 
-    // What a style sets instead of the plot's own drawing
+    // What painting sets: the plot's own, or a style in its place
     struct Layout {
         QRect graph;
         QRect minX, maxX, minY, maxY;
         bool coversPicture = false;
     };
+    static Layout layout(const XYGraphWidget& plot);
     static void setLayout(XYGraphWidget& plot, const Layout& layout);
     static void viewTouched(XYGraphWidget& plot) { plot.viewTouched(); }
     /// Sets the range of an automatic axis without notification. @{
@@ -115,6 +116,8 @@ public:
 
     static const QList<QList<double>>& rows(const XY2DGraphWidget& map) { return map.m_data; }
     static AxisRange levels(const XY2DGraphWidget& map) { return { map.m_minZ, map.m_maxZ }; }
+    /// Sets the limits of the colours, also in the bar. The map is not repainted.
+    static void setLevels(XY2DGraphWidget& map, AxisRange levels);
     static bool isLogZ(const XY2DGraphWidget& map) { return map.m_logScale; }
     static bool isCutOn(const XY2DGraphWidget& map);
     static bool offersRegions(const XY2DGraphWidget& map) { return map.m_actRoi != nullptr; }
@@ -150,6 +153,8 @@ public:
     static void dropColours(XY2DGraphWidget& map);
     /// Reserves space for a tool between plot rectangle and colour bar.
     static void setBesideBar(XY2DGraphWidget& map, int width);
+    /// As above without a new layout of the widget, for a picture. Returns the previous width.
+    static int reserveBesideBar(XY2DGraphWidget& map, int width);
     static void setReduction(XY2DGraphWidget& map, BinReduction reduction);
     /// Whether sums or means of bins may be shown in place of the bins. They depend on the view and have other colours.
     static bool showsSumsOrMeans(const XY2DGraphWidget& map);
