@@ -58,8 +58,8 @@ function(tarnis_precompile)
   endforeach()
 endfunction()
 
-# tarnis_vectorise([AVX2] <source>...): sources of the library with loops over pixels or bins, which the compiler shall
-# vectorise in every build. AVX2: for processors with AVX2 only, where the compiler has that option. Without the
+# tarnis_vectorise([AVX2] <source>...): sources of the library with loops over pixels or bins, to be vectorised
+# in every build. AVX2: for processors with AVX2 only, where the compiler has that option. Without the
 # precompiled header: with it, GCC 12 ends with an internal error when -O3 and the sanitizers meet.
 function(tarnis_vectorise)
   cmake_parse_arguments(PARSE_ARGV 0 arg "AVX2" "" "")

@@ -34,7 +34,7 @@ function(tarnis_add_test name)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
-  math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * ${TARNIS_TEST_PATIENCE}")
+  math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * ${TARNIS_TEST_TIMEOUT_FACTOR}")
   add_test(NAME ${folder}.${name} COMMAND ${target})
   set_tests_properties(${folder}.${name} PROPERTIES
     TIMEOUT ${arg_TIMEOUT}

@@ -16,7 +16,7 @@ namespace console {
 /// What the end of a local server would discard, as a text for the user; empty if nothing.
 QString MainWindow::lossWithServer() const
 {
-    if (m_controller->isRunAtStake())
+    if (m_controller->wouldLoseRun())
         return tr("A run is under way at %1. It ends with the server.").arg(m_controller->serverName());
     if (!m_controller->isLocal() || m_controller->state() != ServerState::Up
         || !m_statusPoller->unsavedData().wouldBeLost())
@@ -36,7 +36,7 @@ void MainWindow::unlessRunMatters(const std::function<void()>& action, const std
     if (findChild<QMessageBox*>(name))
         return; // asked already
     auto* const box = new QMessageBox(QMessageBox::Warning, windowTitle(), loss, QMessageBox::Cancel, this);
-    const QString agreement = m_controller->isRunAtStake() ? tr("&End the Run") : tr("&End Without Saving");
+    const QString agreement = m_controller->wouldLoseRun() ? tr("&End the Run") : tr("&End Without Saving");
     const QAbstractButton* const end = box->addButton(agreement, QMessageBox::AcceptRole);
     box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(QMessageBox::Cancel);

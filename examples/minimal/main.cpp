@@ -1,4 +1,5 @@
-// The smallest host: starts the simulated server, sends three commands, shows the replies, stops the server and quits.
+// A small host with the synchronous class Tarnis: starts the simulated server, sends three commands, shows the replies,
+// stops the server and quits.
 //
 // usage: minimal [PROGRAM]        PROGRAM: the local server, tarnis-simserver on the path by default
 #include <tarnis/foundation/sysmsg.h>

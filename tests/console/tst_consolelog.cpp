@@ -48,7 +48,7 @@ private:
     }
 
     QTemporaryDir m_directory;
-    QSettings m_store { m_directory.filePath(QStringLiteral("memory.ini")), QSettings::IniFormat };
+    QSettings m_store { m_directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat };
 };
 
 /// One call as text: text unchanged, events in angle brackets.

@@ -325,7 +325,7 @@ private Q_SLOTS:
     {
         addColumns<double, double, Values>("min", "max", "expected");
         QTest::newRow("from zero") << 0.0 << 1000.0 << Values { 0, 1, 10, 100, 1000 };
-        QTest::newRow("a power of ten stands twice") << 1.0 << 100.0 << Values { 1, 1, 10, 100 };
+        QTest::newRow("a power of ten is listed twice") << 1.0 << 100.0 << Values { 1, 1, 10, 100 };
         QTest::newRow("between powers") << 3.0 << 250.0 << Values { 3, 10, 100, 250 };
         QTest::newRow("below one") << 0.005 << 2.0 << Values { 0.005, 0.01, 0.1, 1, 2 };
         QTest::newRow("negative minimum") << -5.0 << 20.0 << Values { -5, 1, 10, 20 };

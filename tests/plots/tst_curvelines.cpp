@@ -244,12 +244,12 @@ private Q_SLOTS:
     {
         const QList<double> counts { 0.0, 1.0, 4503599627370495.0, 4503599627370497.0, infinity, 7.0, -0.0 };
         for (int count = 1; count <= counts.size(); ++count)
-            QVERIFY(tarnis::areWholeCounts(counts.constData(), count));
+            QVERIFY(tarnis::areIntegerCounts(counts.constData(), count));
         for (const double other : { 0.5, -1.0, 4503599627370495.5, notANumber, -infinity, 1e-300 }) {
             for (int at = 0; at < counts.size(); ++at) {
                 QList<double> values = counts;
                 values[at] = other;
-                QVERIFY(!tarnis::areWholeCounts(values.constData(), values.size()));
+                QVERIFY(!tarnis::areIntegerCounts(values.constData(), values.size()));
             }
         }
     }

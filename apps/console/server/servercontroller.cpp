@@ -97,7 +97,7 @@ bool ServerController::hasProcess() const
     return m_process && m_process->state() != QProcess::NotRunning;
 }
 
-bool ServerController::isRunAtStake() const
+bool ServerController::wouldLoseRun() const
 {
     const bool isThere = m_state == ServerState::Up || (m_state == ServerState::Failed && hasProcess());
     return isLocal() && isThere && m_isRunning;

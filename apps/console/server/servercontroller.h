@@ -60,8 +60,8 @@ public:
     QString serverName() const;
     /// True while a server process that this console started is running.
     bool hasProcess() const;
-    /// True while there is a run that would end with the server.
-    bool isRunAtStake() const;
+    /// True while a run would be lost with the server.
+    bool wouldLoseRun() const;
     /// Why the base path cannot be set now, as a text for users; empty if it can.
     QString basePathRefusal() const;
     /// A remote server is only disconnected from.

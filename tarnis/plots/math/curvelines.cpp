@@ -143,7 +143,7 @@ bool CurveLines::appendColumn(CurvePoint first, CurvePoint last, int topRow, int
     return true;
 }
 
-bool CurveLines::liesWithinColumns(QPoint to, Rows rowsAtTo) const
+bool CurveLines::isWithinColumns(QPoint to, Rows rowsAtTo) const
 {
     const QPoint from = m_previous.pixel;
     if (!m_merging.joins || distance(to.x(), from.x()) != 1)
@@ -156,7 +156,7 @@ bool CurveLines::liesWithinColumns(QPoint to, Rows rowsAtTo) const
 void CurveLines::join(CurvePoint to, Rows rowsAtTo)
 {
     const bool nothing = !m_hasPrevious || (m_previous.zero && to.zero) || m_previous.pixel == to.pixel;
-    if (!nothing && !liesWithinColumns(to.pixel, rowsAtTo))
+    if (!nothing && !isWithinColumns(to.pixel, rowsAtTo))
         lines.append(QLine(m_previous.pixel, to.pixel));
 }
 

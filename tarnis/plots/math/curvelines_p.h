@@ -58,7 +58,7 @@ private:
         bool covers(int row1, int row2) const;
     };
     void join(CurvePoint to, Rows rowsAtTo);
-    bool liesWithinColumns(QPoint to, Rows rowsAtTo) const;
+    bool isWithinColumns(QPoint to, Rows rowsAtTo) const;
 
     Merging m_merging;
     CurvePoint m_previous;

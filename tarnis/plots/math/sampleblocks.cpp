@@ -37,7 +37,7 @@ SampleBlocks::SampleBlocks(const QList<double>& samples)
         m_low.push_back(found.finite ? found.low : 0.0);
         m_high.push_back(found.finite ? found.high : 0.0);
         m_notFinite.push_back(m_notFinite.back() + (found.finite ? 0 : 1));
-        const bool areCounts = tarnis::areWholeCounts(block, blockSize);
+        const bool areCounts = tarnis::areIntegerCounts(block, blockSize);
         m_notCounts.push_back(m_notCounts.back() + (areCounts ? 0 : 1));
         m_counts.push_back(
             areCounts && found.finite ? std::accumulate(block, block + blockSize, m_counts.back()) : m_counts.back());
@@ -72,21 +72,21 @@ SampleExtremes SampleBlocks::extremes(qsizetype begin, qsizetype end) const
     return result;
 }
 
-bool SampleBlocks::areWholeCounts(qsizetype begin, qsizetype end) const
+bool SampleBlocks::areIntegerCounts(qsizetype begin, qsizetype end) const
 {
     const double* const samples = m_samples.constData();
     const Run run = runOf(begin, end);
     if (run.first >= run.end)
-        return tarnis::areWholeCounts(samples + begin, end - begin);
+        return tarnis::areIntegerCounts(samples + begin, end - begin);
     return m_notCounts[static_cast<std::size_t>(run.end)] == m_notCounts[static_cast<std::size_t>(run.first)]
-        && tarnis::areWholeCounts(samples + begin, run.from() - begin)
-        && tarnis::areWholeCounts(samples + run.to(), end - run.to());
+        && tarnis::areIntegerCounts(samples + begin, run.from() - begin)
+        && tarnis::areIntegerCounts(samples + run.to(), end - run.to());
 }
 
 std::optional<double> SampleBlocks::sumOfCounts(qsizetype begin, qsizetype end) const
 {
     constexpr double exact = 9007199254740992.0; // 2^53
-    if (m_counts.back() >= exact || !areWholeCounts(begin, end))
+    if (m_counts.back() >= exact || !areIntegerCounts(begin, end))
         return std::nullopt;
     const double* const samples = m_samples.constData();
     const Run run = runOf(begin, end);

@@ -21,8 +21,8 @@ public:
 
     /// As extremesOf() for the samples from `begin` to before `end`; at least one.
     SampleExtremes extremes(qsizetype begin, qsizetype end) const;
-    /// As tarnis::areWholeCounts() for these samples.
-    bool areWholeCounts(qsizetype begin, qsizetype end) const;
+    /// As tarnis::areIntegerCounts() for these samples.
+    bool areIntegerCounts(qsizetype begin, qsizetype end) const;
     /// The exact sum of these samples; empty if a sample is not a finite integer count, or if the curve has more counts
     /// than can be added exactly.
     std::optional<double> sumOfCounts(qsizetype begin, qsizetype end) const;

@@ -95,7 +95,7 @@ SampleExtremes logExtremesOf(const double* samples, qsizetype count)
     return extremes<true>(samples, count);
 }
 
-bool areWholeCounts(const double* samples, qsizetype count)
+bool areIntegerCounts(const double* samples, qsizetype count)
 {
     constexpr double whole = 4503599627370496.0; // 2^52: adding it drops the fraction of what is smaller
     bool all = true;

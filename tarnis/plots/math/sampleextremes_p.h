@@ -19,7 +19,7 @@ SampleExtremes extremesOf(const double* samples, qsizetype count);
 SampleExtremes logExtremesOf(const double* samples, qsizetype count);
 
 /// Whether all samples are whole numbers of at least 0, or infinite.
-bool areWholeCounts(const double* samples, qsizetype count);
+bool areIntegerCounts(const double* samples, qsizetype count);
 
 /// The smallest sample above `bound`, or `start` if none is below that. NaN is ignored.
 double lowestAbove(double bound, const double* samples, qsizetype count, double start);

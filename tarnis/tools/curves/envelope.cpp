@@ -31,10 +31,10 @@ struct RunSamples {
     {
         return blocks != nullptr ? blocks->extremes(first, first + count) : extremesOf(samples, count);
     }
-    bool areWholeCounts() const
+    bool areIntegerCounts() const
     {
-        return blocks != nullptr ? blocks->areWholeCounts(first, first + count)
-                                 : tarnis::areWholeCounts(samples, count);
+        return blocks != nullptr ? blocks->areIntegerCounts(first, first + count)
+                                 : tarnis::areIntegerCounts(samples, count);
     }
 };
 
@@ -42,7 +42,7 @@ struct RunSamples {
 bool read(EnvelopeColumn& entry, const RunSamples& run, EnvelopeOf which)
 {
     const auto [samples, first, count, blocks] = run;
-    if (which == EnvelopeOf::Numbers || run.areWholeCounts()) {
+    if (which == EnvelopeOf::Numbers || run.areIntegerCounts()) {
         if (const SampleExtremes quick = run.extremes(); quick.finite) {
             entry.first = samples[0];
             entry.last = samples[count - 1];
@@ -148,7 +148,7 @@ namespace {
 std::optional<double> sumOfCounts(const double* samples, qsizetype count)
 {
     constexpr double exact = 9007199254740992.0; // 2^53
-    if (!areWholeCounts(samples, count))
+    if (!areIntegerCounts(samples, count))
         return std::nullopt;
     std::array<double, 4> sums {};
     qsizetype i = 0;

@@ -93,7 +93,7 @@ double topOfBars(XYGraphWidget& plot, const ErrorBars& bars, const QList<StyledC
         const auto [begin, end] = curve.range;
         const SampleBlocks* const blocks =
             curve.sums == nullptr && begin < end ? PlotHooks::of(plot).blocks().of(curve.values) : nullptr;
-        if (blocks != nullptr && blocks->areWholeCounts(begin, end) && blocks->extremes(begin, end).finite) {
+        if (blocks != nullptr && blocks->areIntegerCounts(begin, end) && blocks->extremes(begin, end).finite) {
             largest = std::max(largest, blocks->extremes(begin, end).high);
             top = std::max(top, ErrorBars::interval(bars.method(), largest).second);
             continue;
