@@ -143,6 +143,31 @@ private Q_SLOTS:
         }
     }
 
+    void levelsEndAtTheValues_data()
+    {
+        QTest::addColumn<ScaleCurve>("curve");
+        QTest::addColumn<double>("least");
+        QTest::newRow("linear") << ScaleCurve::Linear << 0.0;
+        QTest::newRow("square root") << ScaleCurve::SquareRoot << 0.0;
+        QTest::newRow("logarithmic") << ScaleCurve::Log << 0.5;
+    }
+    void levelsEndAtTheValues()
+    {
+        QFETCH(const ScaleCurve, curve);
+        QFETCH(const double, least);
+        const std::vector<double> values { 1, 5, 1000 };
+        AxisRange levels { 0, 1000 };
+        const auto move = [&](LevelHandle handle, double delta) {
+            levels = draggedLevels(levels, levelAxis(values, levels, curve), handle, delta, 0.002);
+        };
+        for (int i = 0; i < 200; ++i) {
+            move(LevelHandle::Upper, 0.01);
+            move(LevelHandle::Lower, -0.01);
+        }
+        QVERIFY2(levels.min >= least && levels.min <= 1.0, qPrintable(QString::number(levels.min)));
+        QVERIFY2(levels.max > 1000.0 && levels.max < 1300.0, qPrintable(QString::number(levels.max)));
+    }
+
     void axisOfOddLevelsIsUsable_data()
     {
         QTest::addColumn<double>("low");

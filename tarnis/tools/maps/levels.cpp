@@ -99,20 +99,26 @@ LevelAxis levelAxis(const std::vector<double>& values, AxisRange levels, ScaleCu
     }
     if (curve == ScaleCurve::Log && low <= 0.0)
         low = high > 0.0 ? std::min(1.0, high) : 1.0;
+    AxisRange span { low, high };
+    bool hasValues = false;
     for (const double value : values) {
-        if (curve != ScaleCurve::Log || value > 0.0)
-            low = std::min(low, value);
-        high = std::max(high, value);
+        if (curve == ScaleCurve::Log && value <= 0.0)
+            continue;
+        span =
+            hasValues ? AxisRange { std::min(span.min, value), std::max(span.max, value) } : AxisRange { value, value };
+        hasValues = true;
     }
     LevelAxis axis { { low, high }, curve };
-    double from = onCurve(curve, low);
-    double to = onCurve(curve, high);
+    double from = onCurve(curve, span.min);
+    double to = onCurve(curve, span.max);
     const double minSpan = curve == ScaleCurve::Log ? minDecades : std::max(std::abs(to), 1.0) * 1e-6;
     if (to - from < minSpan)
         to = from + (curve == ScaleCurve::Log ? 1.0 : std::max(std::abs(from), 1.0));
-    const double room = roomAtEnds * (to - from);
-    from = curve == ScaleCurve::SquareRoot || low == 0.0 ? std::max(from - room, 0.0) : from - room;
-    to += room;
+    // A margin beyond the levels would let keys move them further each time.
+    const double room = hasValues ? roomAtEnds * (to - from) : 0.0;
+    const bool hasZero = curve == ScaleCurve::SquareRoot || (curve == ScaleCurve::Linear && span.min >= 0.0);
+    from = std::min(hasZero ? std::max(from - room, 0.0) : from - room, onCurve(curve, low));
+    to = std::max(to + room, onCurve(curve, high));
     axis.range = { offCurve(curve, from), offCurve(curve, to) };
     if (!std::isfinite(axis.range.max))
         axis.range = { low, std::numeric_limits<double>::max() };

@@ -33,8 +33,8 @@ struct LevelAxis {
     double valueAt(double share) const;
 };
 
-/// An axis that includes all values and both levels, with a margin. On a logarithmic curve it begins at the smallest
-/// value above 0.
+/// An axis that includes all values with a margin, and both levels. The margin of values that are not negative ends at
+/// 0. On a logarithmic curve values at or below 0 do not count.
 LevelAxis levelAxis(const std::vector<double>& values, AxisRange levels, ScaleCurve curve);
 
 /// The number of values in each of `count` equal steps of the axis.
