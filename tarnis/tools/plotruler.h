@@ -18,16 +18,15 @@ namespace tarnis {
 class LabelLayout;
 struct RulerReading;
 
-/// A ruler between two positions A and B. A text in the plot shows the distances along both axes, the inverse of the X
-/// distance, the ratio of the values at B and A, the decades on a logarithmic axis, and the sum of the bins between the
+/// A ruler between two positions 1 and 2. A text in the plot shows the distances along both axes, the inverse of the X
+/// distance, the ratio of the values at 2 and 1, the decades on a logarithmic axis, and the sum of the bins between the
 /// ends, both inclusive: for each visible curve, or for the rectangle of a map.
 ///
 /// While the tool is on, a left drag in the plot draws the ruler, and a drag of an end moves that end. The ends snap to
 /// the middles of bins; on curves they are attached to the first visible curve and follow it when data arrive. While
-/// the plot has the focus, R switches the tool, Ctrl with an arrow moves B by a bin, with Shift too by ten, and Space
-/// swaps A and B. Ctrl+C copies the reading as a table, and Escape first reverts a drag, then removes the ruler, then
-/// switches the tool off. The ruler remains visible while the tool is off, and appears in
-/// saved pictures.
+/// the plot has the focus, R switches the tool, Ctrl with an arrow moves end 2 by a bin, with Shift too by ten, and
+/// Space swaps both. Ctrl+C copies the reading as a table, and Escape first reverts a drag, then removes the ruler,
+/// then switches the tool off. The ruler remains visible while the tool is off, and appears in saved pictures.
 class TARNIS_EXPORT PlotRuler : public InteractiveTool, protected PlotOverlay {
     Q_OBJECT
 

@@ -55,14 +55,14 @@ private Q_SLOTS:
         ruler.setEnds({ 3, 7 }, { 78, 1 });
         QCOMPARE(ruler.from(), QPointF(5, 4)); // on the curve
         QCOMPARE(ruler.to(), QPointF(75, 8));
-        QCOMPARE(ruler.text(), QStringLiteral("Δx 70   Δy 4   1/Δx 0.01428571   B/A 2   Σ 26.5"));
+        QCOMPARE(ruler.text(), QStringLiteral("Δx 70   Δy 4   1/Δx 0.01428571   y₂/y₁ 2   Σ 26.5"));
         QCOMPARE(ruler.table(),
-            QStringLiteral("x A\ty A\tx B\ty B\tdx\tdy\t1/dx\tB/A\tbins\tsum\n"
+            QStringLiteral("Time at 1\tCounts at 1\tTime at 2\tCounts at 2\tdx\tdy\t1/dx\ty2/y1\tbins\tsum\n"
                            "5\t4\t75\t8\t70\t4\t0.014285714285714285\t2\t8\t26.5\n"));
         ruler.setEnds({ 78, 1 }, { 3, 7 });
         QVERIFY(ruler.text().contains(QStringLiteral("Δx -70")) && ruler.text().endsWith(QStringLiteral("Σ 26.5")));
         ruler.setEnds({ 25, 1 }, { 3, 7 }); // from an empty bin
-        QVERIFY(ruler.text().contains(QStringLiteral("B/A –")));
+        QVERIFY(ruler.text().contains(QStringLiteral("y₂/y₁ –")));
         ruler.setEnds({ 25, 1 }, { 25, 7 });
         QVERIFY(ruler.text().contains(QStringLiteral("1/Δx –")));
     }
@@ -117,6 +117,18 @@ private Q_SLOTS:
         }
     }
 
+    void hasNoSumBeyondTheLargestNumber()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        plot.setData({ 1e308, 1e308, 1e308 });
+        PlotRuler ruler(&plot);
+        showActive(plot);
+        ruler.setEnds({ 5, 0 }, { 95, 0 });
+        QVERIFY2(ruler.text().endsWith(QStringLiteral("Σ –")), qPrintable(ruler.text()));
+        QVERIFY2(ruler.table().endsWith(QStringLiteral("\t3\t\n")), qPrintable(ruler.table()));
+    }
+
     void sumsEveryVisibleCurve()
     {
         MultiVectorGraphWidget plot;
@@ -129,6 +141,7 @@ private Q_SLOTS:
         QVERIFY2(ruler.table().contains(QStringLiteral("\tsum 0\tsum 2\n")), qPrintable(ruler.table()));
         setSeriesNames(plot, { QStringLiteral("Sodium"), QStringLiteral("Cobalt"), QStringLiteral("Caesium") });
         QVERIFY2(ruler.table().contains(QStringLiteral("\tsum Sodium\tsum Caesium\n")), qPrintable(ruler.table()));
+        QVERIFY2(ruler.table().startsWith(QStringLiteral("Channel at 1\tSodium at 1\t")), qPrintable(ruler.table()));
     }
 
     void namesSumsByTheTermOfTheirCurves()
@@ -223,8 +236,10 @@ private Q_SLOTS:
         ruler.setEnds({ 1.2, 1.7 }, { 3.9, 0.1 });
         QCOMPARE(ruler.from(), QPointF(1.5, 1.5));
         QVERIFY2(ruler.table().endsWith(QStringLiteral("\t6\t13\n")), qPrintable(ruler.table()));
+        const QString header = QStringLiteral("X at 1\tY at 1\tX at 2\tY at 2\tdx\tdy\t1/dx\tz2/z1\tbins\tsum\n");
+        QVERIFY2(ruler.table().startsWith(header), qPrintable(ruler.table()));
         ruler.setEnds({ 0.5, 0.5 }, { 1.5, 1.5 });
-        QVERIFY(ruler.text().contains(QStringLiteral("B/A 8   Σ 16")));
+        QVERIFY(ruler.text().contains(QStringLiteral("z₂/z₁ 8   Σ 16")));
     }
 
     void aDragDrawsIt()

@@ -206,6 +206,9 @@ RulerReading PlotRuler::reading() const
             return cellOf(cells, mapping.columnAt(at.x()), mapping.rowAt(at.y()));
         };
         RulerReading reading = readingBetween(shown(a), shown(b), cellAt(a), cellAt(b), false);
+        reading.isMap = true;
+        reading.nameX = PlotAccess::nameX(*plot());
+        reading.nameY = PlotAccess::nameY(*plot());
         const BinsInView rows = rowsBetween(mapping, { a.y(), b.y() });
         reading.bins = width * (rows.last - rows.first + 1);
         m_sums->map.update(cells);
@@ -220,12 +223,14 @@ RulerReading PlotRuler::reading() const
         return QPointF(shown(at).x(), firstAt(at).value_or(at.y()));
     };
     RulerReading reading = readingBetween(onCurve(a), onCurve(b), firstAt(a), firstAt(b), mapping.isLogY());
+    const QStringList names = fullNames(*plot());
+    reading.nameX = PlotAccess::nameX(*plot());
+    reading.nameY = names.value(0).isEmpty() ? PlotAccess::nameY(*plot()) : valueHeaders(*plot()).constFirst();
     reading.bins = width;
     QList<QList<double>> parts;
     for (const ShownCurve& curve : curves)
         parts += curve.parts;
     updateSums(m_sums->curves, parts);
-    const QStringList names = fullNames(*plot());
     qsizetype next = 0;
     for (const ShownCurve& curve : curves) {
         double sum = 0.0;
@@ -339,7 +344,7 @@ bool PlotRuler::handleKey(const QKeyEvent& event)
     return true;
 }
 
-/// Moves B, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
+/// Moves end 2, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
 /// move: the ends follow curves along Y.
 bool PlotRuler::moveEndBy(const QPoint& bins)
 {
@@ -372,7 +377,7 @@ PlotRuler::Drawing PlotRuler::drawing(const PlotMapping& mapping, const QFont& f
     const QPointF b = pixelOf(snapped(mapping, m_to));
     const LabelLayout* text = nullptr;
     const QRect row = textRow(mapping, font, text);
-    return { a, b, { nameOf(QStringLiteral("A"), a), nameOf(QStringLiteral("B"), b) }, row, text };
+    return { a, b, { nameOf(QStringLiteral("1"), a), nameOf(QStringLiteral("2"), b) }, row, text };
 }
 
 void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)

@@ -49,12 +49,13 @@ RulerReading readingBetween(
 
 QString RulerReading::text() const
 {
-    QStringList parts { QStringLiteral("Δx %1").arg(shown(dx)), QStringLiteral("Δy %1").arg(shown(finite(dy))),
-        QStringLiteral("1/Δx %1").arg(shown(inverse)), QStringLiteral("B/A %1").arg(shown(ratio)) };
+    QStringList parts { QStringLiteral("Δx %1").arg(shown(finite(dx))), QStringLiteral("Δy %1").arg(shown(finite(dy))),
+        QStringLiteral("1/Δx %1").arg(shown(inverse)),
+        QStringLiteral("%1 %2").arg(isMap ? QStringLiteral("z₂/z₁") : QStringLiteral("y₂/y₁"), shown(ratio)) };
     if (decades)
         parts << QStringLiteral("%1 dec").arg(QString::number(*decades, 'f', 3));
     for (const RulerSum& sum : sums.first(std::min(sums.size(), sumsInText))) {
-        const QString number = readOutNumber(sum.sum);
+        const QString number = std::isfinite(sum.sum) ? readOutNumber(sum.sum) : QStringLiteral("–");
         parts << (sum.name.isEmpty() ? QStringLiteral("Σ %1").arg(number)
                                      : QStringLiteral("Σ %1: %2").arg(sum.name, number));
     }
@@ -65,14 +66,18 @@ QString RulerReading::text() const
 
 QString RulerReading::table() const
 {
-    QStringList header { QStringLiteral("x A"), QStringLiteral("y A"), QStringLiteral("x B"), QStringLiteral("y B"),
-        QStringLiteral("dx"), QStringLiteral("dy"), QStringLiteral("1/dx"), QStringLiteral("B/A"),
-        QStringLiteral("bins") };
+    const QString x = nameX.isEmpty() ? QStringLiteral("x") : nameX;
+    const QString y = nameY.isEmpty() ? QStringLiteral("y") : nameY;
+    QStringList header;
+    for (const QString& end : { QStringLiteral("1"), QStringLiteral("2") })
+        header << QStringLiteral("%1 at %2").arg(x, end) << QStringLiteral("%1 at %2").arg(y, end);
+    header << QStringLiteral("dx") << QStringLiteral("dy") << QStringLiteral("1/dx")
+           << (isMap ? QStringLiteral("z2/z1") : QStringLiteral("y2/y1")) << QStringLiteral("bins");
     QStringList numbers { exactNumber(from.x()), exactNumber(from.y()), exactNumber(to.x()), exactNumber(to.y()),
-        exactNumber(dx), exactNumber(dy), exact(inverse), exact(ratio), QString::number(bins) };
+        exact(finite(dx)), exact(finite(dy)), exact(inverse), exact(ratio), QString::number(bins) };
     for (const RulerSum& sum : sums) {
         header << QStringLiteral("sum %1").arg(sum.header).trimmed();
-        numbers << exactNumber(sum.sum);
+        numbers << exact(finite(sum.sum));
     }
     return header.join(u'\t') + u'\n' + numbers.join(u'\t') + u'\n';
 }

@@ -20,6 +20,9 @@ struct RulerSum {
 struct RulerReading {
     QPointF from;
     QPointF to;
+    QString nameX; ///< header of the positions along X; empty for "x"
+    QString nameY; ///< header of those along Y, on curves of the value; empty for "y"
+    bool isMap = false; ///< the ratio is that of values beside X and Y
     double dx = 0.0;
     double dy = 0.0;
     std::optional<double> inverse; ///< 1 / dx
