@@ -10,10 +10,12 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QKeyEvent;
 class QMouseEvent;
+class QTimer;
 class QWheelEvent;
 QT_END_NAMESPACE
 class MultiVectorGraphWidget;
@@ -45,7 +47,8 @@ public:
     /// Its position from the upper left (0, 0) to the lower right corner (1, 1) of the plot rectangle, as fractions of
     /// the free space along each axis. Until setPlace(), a drag or a restored position it is a corner, first (1, 0). If
     /// data cover the legend there while the plot shows its whole range, it moves to the corner with the least data; it
-    /// leaves each corner at most once.
+    /// leaves each corner at most once. In a zoomed view it chooses its corner when the user has stopped zooming, and
+    /// data do not move it; in the whole view it is back at its corner there.
     QPointF place() const;
     qsizetype count() const; ///< number of entries
     bool isShown(qsizetype entry) const; ///< whether the curve of an entry is shown; false beyond the entries
@@ -89,12 +92,16 @@ private:
     TARNIS_NO_EXPORT void select(qsizetype entry);
     TARNIS_NO_EXPORT void enable(const QList<int>& records, bool on);
     TARNIS_NO_EXPORT void applyToEntries(qsizetype alone);
-    TARNIS_NO_EXPORT void leaveData();
+    TARNIS_NO_EXPORT void leaveData(Changes changes);
+    TARNIS_NO_EXPORT void leaveDataAtRest();
+    TARNIS_NO_EXPORT QPointF leastCoveringPlace(const QList<QPointF>& excluded) const;
 
     bool m_isVisible = true;
     QPointF m_place { 1.0, 0.0 };
     bool m_isPlaceSet = false; // by the user or the host
     QList<QPointF> m_cornersLeft; // corners where data covered the legend
+    std::optional<QPointF> m_zoomedPlace; // chosen for the current zoomed view
+    QTimer* m_rest = nullptr; // of the view
     qsizetype m_first = 0; // first visible row
     qsizetype m_selected = -1; // entry selected by the keyboard; -1: the plot has the focus
     bool m_isPressed = false;

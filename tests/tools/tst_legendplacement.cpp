@@ -10,6 +10,7 @@
 
 #include <QJsonObject>
 #include <QTest>
+#include <QTimer>
 
 #include <limits>
 
@@ -83,15 +84,34 @@ private Q_SLOTS:
         QVERIFY(!m_legend->saveState().contains(QStringLiteral("place")));
     }
 
-    void staysInAZoomedView()
+    void leavesDataInAZoomedViewAtRest()
     {
-        m_plot->setMinMaxX(10, 90);
-        setBlock(*m_plot, 70, 99);
+        setBlock(*m_plot, 70, 79);
+        m_plot->grab();
+        m_plot->setMinMaxX(10, 79); // the block is behind the legend
+        m_plot->refreshPixmap();
+        TRY_COMPARE(m_legend->place(), QPointF(0, 0));
+        setBlock(*m_plot, 10, 20); // live data do not move it
+        m_plot->refreshPixmap();
         m_plot->grab();
         QCoreApplication::processEvents();
-        QCOMPARE(m_legend->place(), QPointF(1, 0));
+        QVERIFY(!isWaitingForRest());
+        QCOMPARE(m_legend->place(), QPointF(0, 0));
         m_plot->setMinMaxX(0, bins);
-        TRY_COMPARE(m_legend->place(), QPointF(0, 0));
+        m_plot->refreshPixmap();
+        TRY_COMPARE(m_legend->place(), QPointF(1, 0)); // its place in the whole view
+    }
+
+    void staysWhereTheUserPutItInAZoomedView()
+    {
+        m_legend->setPlace({ 1, 0 });
+        setBlock(*m_plot, 70, 79);
+        m_plot->setMinMaxX(10, 79);
+        m_plot->refreshPixmap();
+        m_plot->grab();
+        QCoreApplication::processEvents();
+        QVERIFY(!isWaitingForRest());
+        QCOMPARE(m_legend->place(), QPointF(1, 0));
     }
 
     void measuresTheCoveredColumns()
@@ -113,6 +133,13 @@ private Q_SLOTS:
     }
 
 private:
+    /// Whether the legend will choose a place again.
+    bool isWaitingForRest() const
+    {
+        const QList<QTimer*> timers = m_legend->findChildren<QTimer*>();
+        return std::any_of(timers.begin(), timers.end(), [](const QTimer* timer) { return timer->isActive(); });
+    }
+
     std::unique_ptr<MultiVectorGraphWidget> m_plot;
     PlotLegend* m_legend = nullptr;
 };

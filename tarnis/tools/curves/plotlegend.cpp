@@ -18,6 +18,7 @@
 #include <QJsonArray>
 #include <QPainter>
 #include <QPointer>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -32,6 +33,7 @@ constexpr int padding = 5;
 constexpr int sampleWidth = 18; // width of the line in the curve's colour
 constexpr double widest = 0.45; // maximum width, as a fraction of the plot rectangle
 constexpr double tallest = 0.8;
+constexpr int restMs = 600; // without a change of the view; longer than between two steps of a wheel
 constexpr int maxRecords = 4096; // maximum number of records that a stored view may add
 const QColor fill(24, 24, 24, 215);
 const QColor border(110, 110, 110, 215);
@@ -121,6 +123,10 @@ PlotLegend::PlotLegend(XYGraphWidget* plot)
     m_switch->setChecked(true);
     setUsable(m_switch, curves() != nullptr, [] { return PlotLegend::tr("The plot has no curves."); });
     connect(m_switch, &QAction::triggered, this, &PlotLegend::setVisible);
+    m_rest = new QTimer(this);
+    m_rest->setSingleShot(true);
+    m_rest->setInterval(restMs);
+    connect(m_rest, &QTimer::timeout, this, &PlotLegend::leaveDataAtRest);
 }
 
 PlotLegend::~PlotLegend() = default;
@@ -137,7 +143,7 @@ bool PlotLegend::isVisible() const
 
 QPointF PlotLegend::place() const
 {
-    return m_place;
+    return m_zoomedPlace.value_or(m_place);
 }
 
 qsizetype PlotLegend::count() const
@@ -174,6 +180,7 @@ void PlotLegend::setPlace(const QPointF& place)
     if (!std::isfinite(place.x()) || !std::isfinite(place.y()))
         return;
     m_isPlaceSet = true;
+    m_zoomedPlace.reset();
     m_place = { std::clamp(place.x(), 0.0, 1.0), std::clamp(place.y(), 0.0, 1.0) };
     updateOverlay();
 }
@@ -224,38 +231,72 @@ void PlotLegend::showAll()
 
 void PlotLegend::plotChanged(Changes changes)
 {
-    if (changes & (Data | PlotRect | RangeX | RangeY | ScaleType))
-        leaveData();
+    if (curves() != nullptr && !m_isPlaceSet)
+        leaveData(changes);
     if (changes & (Data | PlotRect))
         updateOverlay();
 }
 
-/// Moves a legend that covers data. Not in a zoomed view, where the user is looking at what is beside it.
-void PlotLegend::leaveData()
+/// Moves a legend that covers data: in the whole view when data arrive, in a zoomed one only after the user has chosen
+/// it, so that live data do not move it there.
+void PlotLegend::leaveData(Changes changes)
+{
+    if (!showsWholeRange(*curves())) {
+        double min = 0.0, max = 0.0;
+        const bool isByHand = changes.testFlag(ScaleType)
+            || (changes.testFlag(RangeX) && !curves()->getMinMaxX(min, max))
+            || (changes.testFlag(RangeY) && !curves()->getMinMaxY(min, max));
+        if (isByHand)
+            m_rest->start();
+        return;
+    }
+    m_rest->stop();
+    if (m_zoomedPlace)
+        updateOverlay();
+    m_zoomedPlace.reset();
+    if (!(changes & (Data | PlotRect | RangeX | RangeY | ScaleType)))
+        return;
+    const QPointF best = leastCoveringPlace(m_cornersLeft);
+    if (best == m_place)
+        return;
+    m_cornersLeft.append(m_place);
+    m_place = best;
+    updateOverlay();
+}
+
+void PlotLegend::leaveDataAtRest()
+{
+    if (curves() == nullptr || m_isPlaceSet || m_isPressed || showsWholeRange(*curves()))
+        return;
+    const QPointF best = leastCoveringPlace({});
+    if (best == place())
+        return;
+    m_zoomedPlace = best;
+    updateOverlay();
+}
+
+/// The corner, other than `excluded` ones, in which the legend covers clearly less than now; else its current place.
+QPointF PlotLegend::leastCoveringPlace(const QList<QPointF>& excluded) const
 {
     const Layout now = layout();
-    if (m_isPlaceSet || now.rect.isEmpty() || !showsWholeRange(*curves()))
-        return;
+    if (now.rect.isEmpty())
+        return place();
     const PlotMapping mapping = PlotMapping::of(*curves());
     const QList<ShownCurve> shown = shownCurves(*curves());
     const auto coverageAt = [&](const QPointF& corner) { return coverageOf(now.rectAt(corner), shown, mapping); };
-    const double current = coverageAt(m_place);
+    const double current = coverageAt(place());
     if (current <= toleratedCoverage)
-        return;
+        return place();
     double least = 1.0;
-    QPointF best = m_place;
+    QPointF best = place();
     for (const QPointF& corner : { QPointF(1, 0), QPointF(0, 0), QPointF(1, 1), QPointF(0, 1) }) {
-        const double coverage = corner == m_place || m_cornersLeft.contains(corner) ? 1.0 : coverageAt(corner);
+        const double coverage = corner == place() || excluded.contains(corner) ? 1.0 : coverageAt(corner);
         if (coverage < least) {
             least = coverage;
             best = corner;
         }
     }
-    if (!isClearlyBetter(current, least))
-        return;
-    m_cornersLeft.append(m_place);
-    m_place = best;
-    updateOverlay();
+    return isClearlyBetter(current, least) ? best : place();
 }
 
 // Layout and drawing
@@ -313,7 +354,7 @@ PlotLegend::Layout PlotLegend::layout() const
     made.room = QSizeF(std::max(inside.width() - size.width(), 0), std::max(inside.height() - size.height(), 0));
     made.corner = inside.topLeft();
     made.rect.setSize(size);
-    made.rect = besideMarks(*curves(), made.rectAt(m_place), inside);
+    made.rect = besideMarks(*curves(), made.rectAt(place()), inside);
     return made;
 }
 

@@ -57,7 +57,7 @@ bool PlotLegend::handlePress(const QMouseEvent& event)
     m_isPressed = true;
     m_isDragging = false;
     m_pressAt = at;
-    m_placeAtPress = m_place;
+    m_placeAtPress = place();
     return true;
 }
 
@@ -74,8 +74,8 @@ bool PlotLegend::handleMove(const QMouseEvent& event)
     if (!m_isDragging)
         return true;
     const QSizeF room = layout().room;
-    setPlace({ room.width() > 0.0 ? m_placeAtPress.x() + moved.x() / room.width() : m_place.x(),
-        room.height() > 0.0 ? m_placeAtPress.y() + moved.y() / room.height() : m_place.y() });
+    setPlace({ room.width() > 0.0 ? m_placeAtPress.x() + moved.x() / room.width() : place().x(),
+        room.height() > 0.0 ? m_placeAtPress.y() + moved.y() / room.height() : place().y() });
     return true;
 }
 
