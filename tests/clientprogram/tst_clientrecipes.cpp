@@ -2,6 +2,7 @@
 #include "clientprogram.h"
 #include "simserver/simprogram.h"
 
+#include <tarnis/formats/formats.h>
 #include <tarnis/foundation/files.h>
 
 #include <QDir>
@@ -9,6 +10,9 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <algorithm>
+#include <numeric>
 
 using clienttest::Run;
 
@@ -25,6 +29,17 @@ private:
             found += matches.next().captured(1);
         return found;
     }
+    static bool startsARun(const QString& recipe) { return recipe.contains(QStringLiteral(" start\n")); }
+    static Run run(QString recipe, simtest::Program& server, const QString& folder)
+    {
+        recipe.replace(QStringLiteral("maxtime:10"), QStringLiteral("maxtime:1")); // the only change, to save time
+        return clienttest::shell(
+            QStringLiteral("set -e -o pipefail; export PATH=\"%1:$PATH\" TARNIS_SERVER=127.0.0.1:%2; cd '%3'\n")
+                .arg(QFileInfo(QStringLiteral(CLIENT_PATH)).path())
+                .arg(server.port())
+                .arg(folder)
+            + recipe);
+    }
 
 private Q_SLOTS:
     void everyRecipeWorks_data()
@@ -37,18 +52,27 @@ private Q_SLOTS:
     void everyRecipeWorks()
     {
         QFETCH(QString, recipe);
-        simtest::Program server({ "--start" });
+        simtest::Program server(startsARun(recipe) ? QStringList() : QStringList { "--start" });
         const QTemporaryDir folder;
-        const Run run = clienttest::shell(
-            QStringLiteral("set -e -o pipefail; export PATH=\"%1:$PATH\" TARNIS_SERVER=127.0.0.1:%2; cd '%3'\n")
-                .arg(QFileInfo(QStringLiteral(CLIENT_PATH)).path())
-                .arg(server.port())
-                .arg(folder.path())
-            + recipe);
-        QCOMPARE(run.errors, QByteArray());
-        QCOMPARE(run.exitCode, 0);
+        const Run result = run(recipe, server, folder.path());
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.exitCode, 0);
         for (const QFileInfo& file : QDir(folder.path()).entryInfoList(QDir::Files))
             QVERIFY2(file.size() > 0, qPrintable(file.fileName()));
+    }
+
+    void savesARunWhenItHasEnded()
+    {
+        const QStringList all = recipes();
+        const auto recipe = std::find_if(all.begin(), all.end(), startsARun);
+        QVERIFY(recipe != all.end());
+        simtest::Program server;
+        const QTemporaryDir folder;
+        QCOMPARE(run(*recipe, server, folder.path()).exitCode, 0);
+        const Run state = run(QStringLiteral("tarnis watch --count 1 --json"), server, folder.path());
+        QVERIFY2(state.output.contains("\"state\":\"STOPPED\""), state.output.constData());
+        const tarnis::Dataset saved = tarnis::readDataset(folder.filePath(QStringLiteral("rows.npy"))).data;
+        QVERIFY(std::accumulate(saved.values.begin(), saved.values.end(), 0.0) > 0.0);
     }
 
     void manPageAndDocumentNameEveryOption()
