@@ -1,6 +1,8 @@
 // Runs the program tarnis like a shell.
 #pragma once
 
+#include "support/wait.h"
+
 #include <tarnis/foundation/files.h>
 
 #include <QByteArray>
@@ -10,7 +12,7 @@
 
 namespace clienttest {
 
-constexpr int timeoutMs = 60000;
+using tarnis::testing::timeoutMs;
 
 /// The result of a run of the program.
 struct Run {

@@ -18,9 +18,9 @@ namespace {
 
 ServerProbe::Outcome probe(ServerProbe& probe, quint16 port, int limitMs, const QString& host)
 {
-    QSignalSpy finished(&probe, &ServerProbe::finished);
+    const QSignalSpy finished(&probe, &ServerProbe::finished);
     probe.start(host, port, "> ", limitMs);
-    if (!finished.wait(limitMs + timeoutMs))
+    if (!eventually([&] { return !finished.isEmpty(); }))
         qFatal("the probe does not end");
     return finished.first().first().value<ServerProbe::Outcome>();
 }

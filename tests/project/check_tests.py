@@ -14,6 +14,7 @@ FAULTS = [
     (re.compile(r"\bQTest::q(Wait|Sleep)\("), "waits for a time: wait for a condition"),
     (re.compile(r"\bQThread::m?u?sleep\(|\bsleep_for\(|\bsleep_until\("), "waits for a time: wait for a condition"),
     (re.compile(r"\bQTRY_"), "gives up too early on a busy machine: use TRY_VERIFY and TRY_COMPARE of tests/support/wait.h"),
+    (re.compile(r"\.wait\([^)]"), "has a limit of its own: use eventually() of tests/support/wait.h"),
     (re.compile(r"QVERIFY2?\(.*\b(elapsed|nsecsElapsed)\(\)\s*<"),
      "fails on a busy machine: measure speed in benchmarks/"),
 ]

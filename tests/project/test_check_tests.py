@@ -30,6 +30,8 @@ class CheckTests(unittest.TestCase):
 
     def test_waits_of_qt(self):
         self.assertEqual(len(self.faults("QTRY_COMPARE(count, 3);\n")), 1)
+        self.assertEqual(len(self.faults("return spy.wait(30000);\n")), 1)
+        self.assertEqual(self.faults("thread.wait();\n"), [])
 
     def test_conditions(self):
         self.assertEqual(self.faults("TRY_VERIFY(done); // not QTest::qWait(50)\n"), [])

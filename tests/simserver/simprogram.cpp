@@ -87,9 +87,9 @@ Connection::Connection(quint16 port, const QByteArray& prompt, bool greeted)
     : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     , m_prompt(prompt)
 {
-    const timeval patience { .tv_sec = timeoutMs / 1000, .tv_usec = 0 };
-    setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
-    setsockopt(m_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof(patience));
+    const timeval limit { .tv_sec = timeoutMs / 1000, .tv_usec = 0 };
+    setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
+    setsockopt(m_socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
     sockaddr_in address {};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);

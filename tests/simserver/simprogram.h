@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simserver/payload.h"
+#include "support/wait.h"
 
 #include <QByteArray>
 #include <QProcess>
@@ -11,7 +12,7 @@
 
 namespace simtest {
 
-constexpr int timeoutMs = 30000;
+using tarnis::testing::timeoutMs;
 
 /// Starts tarnis-simserver and ends it on destruction.
 class Program {

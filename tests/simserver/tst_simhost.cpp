@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr int timeoutMs = 30000;
 const QByteArray prompt = "> ";
 
 } // namespace
@@ -24,9 +23,9 @@ private:
     /// Sends a command over the manager's named session and returns the reply's text.
     QByteArray ask(const QString& command)
     {
-        QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
+        const QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
         m_server->SendCmd("control", "test", command, false);
-        if (!replies.wait(timeoutMs))
+        if (!tarnis::testing::eventually([&] { return !replies.isEmpty(); }))
             return "no reply";
         return replies.front().at(2).toByteArray();
     }
@@ -108,7 +107,7 @@ private Q_SLOTS:
         for (const auto& [key, value] : { std::pair { "ip", "10.0.0.7" }, { "tcp", "4000" }, { "bcp", "4001" },
                  { "rate", "33" }, { "inst", "ABC" }, { "run", "17" } })
             QVERIFY(m_server->SetSettingValue(key, value));
-        QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
+        const QSignalSpy replies(m_server.get(), &Tarnis::onCmdReply);
         QCOMPARE(m_server->DownloadSettings("control", true), 2);
         TRY_COMPARE(replies.size(), 3);
         QCOMPARE(replies.at(0).at(2).toByteArray(), QByteArray("OK:\n"));

@@ -77,9 +77,9 @@ void show(VectorGraphWidget& plot, const QList<double>& samples)
 
 bool calibrate(CalibrationPanel& panel)
 {
-    QSignalSpy calibrated(&panel, &CalibrationPanel::calibrated);
+    const QSignalSpy calibrated(&panel, &CalibrationPanel::calibrated);
     panel.calibrate();
-    return !calibrated.isEmpty() || calibrated.wait(60000);
+    return tarnis::testing::eventually([&] { return !calibrated.isEmpty(); });
 }
 
 int firstUsedRow(const QAbstractItemModel& model)

@@ -83,8 +83,8 @@ void drag(XYGraphWidget& plot, double from, double to)
 
 bool waitForFit(FitPanel& panel)
 {
-    QSignalSpy fitted(&panel, &FitPanel::fitted);
-    return fitted.wait(30000);
+    const QSignalSpy fitted(&panel, &FitPanel::fitted);
+    return tarnis::testing::eventually([&] { return !fitted.isEmpty(); });
 }
 
 } // namespace

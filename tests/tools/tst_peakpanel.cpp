@@ -49,9 +49,9 @@ void show(VectorGraphWidget& plot)
 
 bool search(PeakPanel& panel)
 {
-    QSignalSpy searched(&panel, &PeakPanel::searched);
+    const QSignalSpy searched(&panel, &PeakPanel::searched);
     panel.search();
-    return !searched.isEmpty() || searched.wait(30000);
+    return tarnis::testing::eventually([&] { return !searched.isEmpty(); });
 }
 
 EnergyCalibration halves()
