@@ -8,6 +8,8 @@
 #include <QPointF>
 #include <QString>
 
+#include <vector>
+
 QT_BEGIN_NAMESPACE
 class QFont;
 QT_END_NAMESPACE
@@ -105,6 +107,7 @@ private:
     struct Name;
     TARNIS_NO_EXPORT Name nameOf(
         const PlotMapping& mapping, const QFont& font, int index, const QList<QRect>& taken) const;
+    TARNIS_NO_EXPORT std::vector<Name> namesOf(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT QRegion areaOf(const PlotMapping& mapping, const QRect& nameBox, int index) const;
     TARNIS_NO_EXPORT void renewArea();
 

@@ -40,6 +40,7 @@ public:
     bool isDrawing() const; ///< whether draw() is waiting for its region
 
     QList<QAction*> actions() const override;
+    QList<QRect> overlayBoxes() const override; ///< the names
     QJsonObject saveState() const override;
     void restoreState(const QJsonObject& state) override;
 

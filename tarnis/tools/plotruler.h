@@ -7,6 +7,7 @@
 #include <QPointF>
 #include <QRect>
 
+#include <array>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
@@ -18,13 +19,13 @@ namespace tarnis {
 class LabelLayout;
 struct RulerReading;
 
-/// A ruler between two positions 1 and 2. A text in the plot shows the distances along both axes, the inverse of the X
-/// distance, the ratio of the values at 2 and 1, the decades on a logarithmic axis, and the sum of the bins between the
-/// ends, both inclusive: for each visible curve, or for the rectangle of a map.
+/// A ruler between two positions x₁ and x₂. A text in the plot shows the distances along both axes, the inverse of the
+/// X distance, the ratio of the values at x₂ and x₁, the decades on a logarithmic axis, and the sum of the bins between
+/// the ends, both inclusive: for each visible curve, or for the rectangle of a map.
 ///
 /// While the tool is on, a left drag in the plot draws the ruler, and a drag of an end moves that end. The ends snap to
 /// the middles of bins; on curves they are attached to the first visible curve and follow it when data arrive. While
-/// the plot has the focus, R switches the tool, Ctrl with an arrow moves end 2 by a bin, with Shift too by ten, and
+/// the plot has the focus, R switches the tool, Ctrl with an arrow moves x₂ by a bin, with Shift too by ten, and
 /// Space swaps both. Ctrl+C copies the reading as a table, and Escape first reverts a drag, then removes the ruler,
 /// then switches the tool off. The ruler remains visible while the tool is off, and appears in saved pictures.
 class TARNIS_EXPORT PlotRuler : public InteractiveTool, protected PlotOverlay {
@@ -48,6 +49,7 @@ public:
     QRect textBox() const; ///< where text() is drawn, in the frame's coordinates of PlotMapping; null without a ruler
 
     QList<QAction*> actions() const override;
+    QList<QRect> overlayBoxes() const override; ///< the names of the ends
     QString stateName() const override;
     QJsonObject saveState() const override;
     void restoreState(const QJsonObject& state) override;
@@ -76,6 +78,7 @@ private:
     enum class Grip { None, From, To };
     struct Sums;
     struct Label;
+    struct Name;
     struct Drawing;
 
     TARNIS_NO_EXPORT void makeActions();
@@ -86,6 +89,8 @@ private:
     TARNIS_NO_EXPORT void endDrag(bool cancel);
     TARNIS_NO_EXPORT bool moveEndBy(const QPoint& bins);
     TARNIS_NO_EXPORT void renew();
+    TARNIS_NO_EXPORT QPointF pixelOf(const PlotMapping& mapping, const QPointF& end) const;
+    TARNIS_NO_EXPORT std::array<Name, 2> names(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font, const LabelLayout*& layout) const;
 

@@ -183,6 +183,7 @@ private Q_SLOTS:
         ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
         QCOMPARE(legend.overlayBoxes().size(), 1);
         QCOMPARE(navigator.overlayBoxes().size(), 1);
+        plot.grab(); // the labels of the held axis change the margins
         const QRect inside = PlotMapping::of(plot).frameRect();
         for (const QPointF& place : { QPointF(1, 0), QPointF(0, 0), QPointF(0.5, 0), QPointF(0, 1) }) {
             legend.setPlace(place);
@@ -287,6 +288,30 @@ private Q_SLOTS:
         QCOMPARE(markers.overlayBoxes().size(), 1);
         QVERIFY(alone.intersects(markers.overlayBoxes().constFirst()));
         QVERIFY(!ruler.textBox().intersects(markers.overlayBoxes().constFirst()));
+    }
+
+    void namesAreBesideMarksAndEachOther()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        PlotRuler ruler(&plot);
+        PlotNavigator navigator(&plot);
+        showActive(plot);
+        for (int i = 0; i < 4; ++i)
+            navigator.zoomIn(); // to the middle half of 0 to 100
+        plot.grab();
+        const QList<QRect> marks = navigator.overlayBoxes();
+        QCOMPARE(marks.size(), 1);
+        for (const double from : { 55.0, 5.0, 85.0 }) { // the other end is at the mark
+            ruler.setEnds({ from, 0 }, { 95.0, 0 });
+            const QList<QRect> names = ruler.overlayBoxes();
+            QCOMPARE(names.size(), 2);
+            for (const QRect& name : names) {
+                QVERIFY(PlotMapping::of(plot).frameRect().contains(name));
+                QVERIFY(!name.intersects(marks.constFirst()) && !name.intersects(ruler.textBox()));
+            }
+            QVERIFY(!names.at(0).intersects(names.at(1)));
+        }
     }
 
     void keysDrawIt()

@@ -94,6 +94,11 @@ QRect movedPast(const QRect& rect, const QRect& inside, const QList<QRect>& boxe
     return inside.contains(moved) ? moved : rect;
 }
 
+bool meetsAny(const QRect& rect, const QList<QRect>& boxes)
+{
+    return std::any_of(boxes.begin(), boxes.end(), [&](const QRect& box) { return box.intersects(rect); });
+}
+
 ReadOutParts::ReadOutParts(const QString& text, const QFontMetrics& metrics)
     : texts(text.split(separator))
     , gap(metrics.horizontalAdvance(separator))

@@ -20,6 +20,9 @@ QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes)
 /// The rectangle, moved towards one edge past the boxes that it meets; unmoved if it leaves `inside` that way.
 QRect movedPast(const QRect& rect, const QRect& inside, const QList<QRect>& boxes, Qt::Edge towards);
 
+/// Whether the rectangle intersects one of the boxes.
+bool meetsAny(const QRect& rect, const QList<QRect>& boxes);
+
 /// The parts of a read-out, which three spaces separate. Measured once, as shaping them takes longer than the rest.
 struct ReadOutParts {
     ReadOutParts(const QString& text, const QFontMetrics& metrics);

@@ -11,6 +11,7 @@
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
+#include "tarnis/tools/plotregions.h"
 
 #include <QJsonArray>
 #include <QKeyEvent>
@@ -272,9 +273,9 @@ void PlotMarkers::renewArea()
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QRegion area;
-    const QList<QRect> taken = mapping.isValid() ? cornerBoxesOf(*plot()) : QList<QRect>();
-    for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
-        area += areaOf(mapping, nameOf(mapping, plot()->font(), i, taken).box, i);
+    const std::vector<Name> names = mapping.isValid() ? namesOf(mapping, plot()->font()) : std::vector<Name>();
+    for (std::size_t i = 0; i < names.size(); ++i)
+        area += areaOf(mapping, names[i].box, static_cast<int>(i));
     updateOverlayArea(area);
 }
 
@@ -300,10 +301,10 @@ void PlotMarkers::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     QRegion area;
     for (int i = 0; i < m_markers.size(); ++i)
         paintMarker(painter, mapping, i);
-    const QList<QRect> taken = cornerBoxesOf(*plot());
-    for (int i = 0; i < m_markers.size(); ++i) { // labels are drawn over all lines
-        const Name name = nameOf(mapping, painter.font(), i, taken);
-        area += areaOf(mapping, name.box, i);
+    const std::vector<Name> names = namesOf(mapping, painter.font());
+    for (std::size_t i = 0; i < names.size(); ++i) { // labels are drawn over all lines
+        const Name& name = names[i];
+        area += areaOf(mapping, name.box, static_cast<int>(i));
         name.label.paint(painter, name.box.topLeft(), isForFile(painter, *plot()) ? LabelStyle::Plain : name.style);
     }
     noteDrawn(painter, area);
@@ -371,10 +372,30 @@ PlotMarkers::Name PlotMarkers::nameOf(
     }
     if (isMap())
         return labelled(marker.name, { column + 6, row - 4 }, Qt::AlignLeft | Qt::AlignBottom);
-    const QString text =
-        QStringLiteral("%1  %2").arg(marker.name, readOutNumber(PlotAccess::namedX(*plot(), marker.position.x())));
-    const bool isNearRight = column + 4 + labelSize(QFontMetrics(font), text).width() > rect.right();
-    return labelled(text, { isNearRight ? column - 4 : column + 4, top }, isNearRight ? Qt::AlignRight : Qt::AlignLeft);
+    const auto beside = [&](const QString& text) {
+        const bool isNearRight = column + 4 + labelSize(QFontMetrics(font), text).width() > rect.right();
+        return labelled(
+            text, { isNearRight ? column - 4 : column + 4, top }, isNearRight ? Qt::AlignRight : Qt::AlignLeft);
+    };
+    Name name = beside(
+        QStringLiteral("%1  %2").arg(marker.name, readOutNumber(PlotAccess::namedX(*plot(), marker.position.x()))));
+    const bool isFree = rect.contains(name.box) && !meetsAny(name.box, taken);
+    return isFree ? std::move(name) : beside(marker.name); // the number gives way where names are dense
+}
+
+/// Each name is beside the boxes in the corners, the names of regions and those of earlier markers.
+std::vector<PlotMarkers::Name> PlotMarkers::namesOf(const PlotMapping& mapping, const QFont& font) const
+{
+    QList<QRect> taken = cornerBoxesOf(*plot());
+    if (const auto* const regions = plot()->findChild<PlotRegions*>(QString(), Qt::FindDirectChildrenOnly))
+        taken += regions->overlayBoxes();
+    std::vector<Name> names;
+    names.reserve(static_cast<std::size_t>(m_markers.size()));
+    for (int i = 0; i < m_markers.size(); ++i) {
+        names.push_back(nameOf(mapping, font, i, taken));
+        taken.append(names.back().box);
+    }
+    return names;
 }
 
 void PlotMarkers::openEditor(int index)
@@ -384,7 +405,7 @@ void PlotMarkers::openEditor(int index)
         return;
     const QString name = m_markers.at(index).name;
     auto* const editor = new NameEditor(name, plot());
-    const QRectF box = nameOf(mapping, plot()->font(), index, cornerBoxesOf(*plot())).box;
+    const QRectF box = namesOf(mapping, plot()->font())[static_cast<std::size_t>(index)].box;
     const QPointF middle = (mapping.fromFrame(box.topLeft()) + mapping.fromFrame(box.bottomRight())) / 2.0;
     QRect label(QPoint(), QSize(static_cast<int>(box.width()), editor->sizeHint().height()));
     label.moveCenter(middle.toPoint());
@@ -400,9 +421,9 @@ QList<QRect> PlotMarkers::overlayBoxes() const
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QList<QRect> boxes;
-    const QList<QRect> taken = mapping.isValid() ? cornerBoxesOf(*plot()) : QList<QRect>();
-    for (int i = 0; mapping.isValid() && i < m_markers.size(); ++i)
-        boxes.append(nameOf(mapping, plot()->font(), i, taken).box);
+    const std::vector<Name> names = mapping.isValid() ? namesOf(mapping, plot()->font()) : std::vector<Name>();
+    for (const Name& name : names)
+        boxes.append(name.box);
     return boxes;
 }
 

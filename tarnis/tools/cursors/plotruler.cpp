@@ -28,6 +28,7 @@ namespace {
 constexpr int rulerZOrder = 55; // its reading is above the lines of the cross
 constexpr double reach = 8.0;
 constexpr double endTick = 5.0;
+constexpr int nameDistance = 8; // of an end's name above it
 constexpr int labelPadding = 10; // of a label's box, left and right
 const QColor rulerColour(120, 230, 255);
 
@@ -48,14 +49,14 @@ struct PlotRuler::Sums {
 
 struct PlotRuler::Label : ReadOutLabels { };
 
+/// The name of an end, above it or at the border of the view.
+struct PlotRuler::Name {
+    QString text;
+    QRect box;
+};
+
 /// In frame coordinates.
 struct PlotRuler::Drawing {
-    struct Name {
-        QString text;
-        QPoint place;
-        Qt::Alignment alignment;
-    };
-
     QPointF a;
     QPointF b;
     std::array<Name, 2> names;
@@ -63,7 +64,7 @@ struct PlotRuler::Drawing {
     const LabelLayout* text = nullptr; // until the next one is made
 
     QPointF corner() const { return { b.x(), a.y() }; }
-    QRegion area(const QRect& rect, const QFont& font) const
+    QRegion area(const QRect& rect) const
     {
         constexpr int reachOfTick = static_cast<int>(endTick) + 3;
         QRegion area = areaOfLine(a, corner()) + areaOfLine(corner(), b) + areaOfLine(a, b);
@@ -72,8 +73,7 @@ struct PlotRuler::Drawing {
                 end.toPoint() - QPoint(reachOfTick, reachOfTick), QSize(2 * reachOfTick + 1, 2 * reachOfTick + 1));
         area &= rect;
         for (const Name& name : names)
-            area +=
-                labelFrame(labelSize(QFontMetrics(font), name.text), name.place, name.alignment).adjusted(-1, -1, 1, 1);
+            area += name.box.adjusted(-1, -1, 1, 1);
         return area + row.adjusted(-1, -1, 1, 1);
     }
 };
@@ -171,7 +171,7 @@ void PlotRuler::renew()
     m_text = now;
     const PlotMapping mapping = m_isSet && plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     if (mapping.isValid())
-        updateOverlayArea(drawing(mapping, plot()->font()).area(mapping.frameRect(), plot()->font()));
+        updateOverlayArea(drawing(mapping, plot()->font()).area(mapping.frameRect()));
     else
         updateOverlayArea({});
     if (isOther)
@@ -344,7 +344,7 @@ bool PlotRuler::handleKey(const QKeyEvent& event)
     return true;
 }
 
-/// Moves end 2, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
+/// Moves x₂, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
 /// move: the ends follow curves along Y.
 bool PlotRuler::moveEndBy(const QPoint& bins)
 {
@@ -357,27 +357,49 @@ bool PlotRuler::moveEndBy(const QPoint& bins)
     return true;
 }
 
+QPointF PlotRuler::pixelOf(const PlotMapping& mapping, const QPointF& end) const
+{
+    const QPointF place = snapped(mapping, end);
+    return { std::round(limitedCoordinate(mapping.columnOf(place.x()))),
+        std::round(limitedCoordinate(mapping.rowOf(place.y()))) };
+}
+
+/// Above the legend and the marks of held axes, and above each other.
+std::array<PlotRuler::Name, 2> PlotRuler::names(const PlotMapping& mapping, const QFont& font) const
+{
+    const QRect rect = mapping.frameRect();
+    QList<QRect> taken = cornerBoxesOf(*plot());
+    const auto nameOf = [&](const QString& name, const QPointF& end) -> Name {
+        const int column = static_cast<int>(end.x());
+        const bool isLeft = column < rect.left();
+        const bool isRight = column > rect.right();
+        const QString text = isLeft ? QStringLiteral("◂ ") + name : isRight ? name + QStringLiteral(" ▸") : name;
+        const int row = isLeft || isRight ? rect.bottom() : static_cast<int>(end.y()) - nameDistance;
+        QRect frame =
+            labelFrame(labelSize(QFontMetrics(font), text), { column, row }, Qt::AlignHCenter | Qt::AlignBottom);
+        frame.moveTop(std::clamp(frame.top(), rect.top(), std::max(rect.bottom() - frame.height() + 1, rect.top())));
+        frame.moveLeft(std::clamp(frame.left(), rect.left(), std::max(rect.right() - frame.width() + 1, rect.left())));
+        taken.append(movedPast(frame, rect, taken, Qt::TopEdge));
+        return { text, taken.constLast() };
+    };
+    const Name first = nameOf(QStringLiteral("x₁"), pixelOf(mapping, m_from));
+    return { first, nameOf(QStringLiteral("x₂"), pixelOf(mapping, m_to)) };
+}
+
+QList<QRect> PlotRuler::overlayBoxes() const
+{
+    const PlotMapping mapping = m_isSet && plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (!mapping.isValid())
+        return {};
+    const std::array<Name, 2> ends = names(mapping, plot()->font());
+    return { ends[0].box, ends[1].box };
+}
+
 PlotRuler::Drawing PlotRuler::drawing(const PlotMapping& mapping, const QFont& font) const
 {
-    const auto pixelOf = [&](const QPointF& place) {
-        return QPointF(std::round(limitedCoordinate(mapping.columnOf(place.x()))),
-            std::round(limitedCoordinate(mapping.rowOf(place.y()))));
-    };
-    const QRect rect = mapping.frameRect();
-    const auto nameOf = [&](const QString& name, const QPointF& end) -> Drawing::Name {
-        const int column = static_cast<int>(end.x());
-        if (column < rect.left())
-            return { QStringLiteral("◂ ") + name, rect.bottomLeft(), Qt::AlignLeft | Qt::AlignBottom };
-        if (column > rect.right())
-            return { name + QStringLiteral(" ▸"), rect.bottomRight(), Qt::AlignRight | Qt::AlignBottom };
-        const QPoint place(column, std::clamp(static_cast<int>(end.y()), rect.top() + 24, rect.bottom()) - 8);
-        return { name, place, Qt::AlignHCenter | Qt::AlignBottom };
-    };
-    const QPointF a = pixelOf(snapped(mapping, m_from));
-    const QPointF b = pixelOf(snapped(mapping, m_to));
     const LabelLayout* text = nullptr;
     const QRect row = textRow(mapping, font, text);
-    return { a, b, { nameOf(QStringLiteral("1"), a), nameOf(QStringLiteral("2"), b) }, row, text };
+    return { pixelOf(mapping, m_from), pixelOf(mapping, m_to), names(mapping, font), row, text };
 }
 
 void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
@@ -391,7 +413,7 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         *m_label = {}; // the same font has other sizes on another device
     const QRect rect = mapping.frameRect();
     const Drawing now = drawing(mapping, painter.font());
-    noteDrawn(painter, now.area(rect, painter.font()), true); // of their boxes
+    noteDrawn(painter, now.area(rect), true); // of their boxes
     painter.save();
     painter.setClipRect(rect);
     const QColor colour = colourOverData(*plot(), rulerColour);
@@ -403,8 +425,8 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         paintLine(painter, end - QPointF(0.0, endTick), end + QPointF(0.0, endTick), colour);
     }
     painter.restore();
-    for (const Drawing::Name& name : now.names)
-        paintLabel(painter, name.text, name.place, name.alignment);
+    for (const Name& name : now.names)
+        paintLabel(painter, name.text, name.box.topLeft(), Qt::AlignLeft | Qt::AlignTop);
     now.text->paint(painter, now.row.topLeft());
     if (isFile)
         *m_label = {};

@@ -3,10 +3,12 @@
 
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/panels/fitcurves_p.h"
 
 #include <QCursor>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -87,11 +89,19 @@ void paintRegion(
         painter.drawPolygon(outline);
     else
         painter.drawPolyline(outline);
-    if (region.name.isEmpty())
-        return;
-    const QRectF box = outline.boundingRect() & QRectF(mapping.frameRect());
-    if (!box.isEmpty())
-        paintLabel(painter, region.name, box.topLeft().toPoint() + QPoint(2, 2), Qt::AlignLeft | Qt::AlignTop);
+}
+
+/// The box of the region's name in its visible part, beside the boxes in the corners; null if nothing of it is visible.
+QRect nameBoxOf(
+    const PlotRegion& region, const PlotMapping& mapping, const QFont& font, const QList<QRect>& cornerBoxes)
+{
+    const QRect frame = mapping.frameRect();
+    const QRectF visible = outlineOf(region, mapping).boundingRect() & QRectF(frame);
+    if (region.name.isEmpty() || visible.isEmpty())
+        return {};
+    QRect box(visible.topLeft().toPoint() + QPoint(2, 2), labelSize(QFontMetrics(font), region.name));
+    box.moveLeft(std::max(std::min(box.left(), frame.right() - box.width()), frame.left()));
+    return movedPast(box, frame, cornerBoxes, Qt::BottomEdge);
 }
 
 } // namespace
@@ -335,6 +345,25 @@ void PlotRegions::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         const bool isOpen = m_data->drawn->kind == PlotRegion::Kind::Polygon;
         paintRegion(painter, *m_data->drawn, mapping, selectedColour, !isOpen);
     }
+    const QList<QRect> taken = cornerBoxesOf(*plot());
+    for (const PlotRegion& region : std::as_const(m_data->regions)) { // over the fill of all regions
+        const QRect box = nameBoxOf(region, mapping, painter.font(), taken);
+        if (!box.isNull())
+            paintLabel(painter, region.name, box.topLeft(), Qt::AlignLeft | Qt::AlignTop);
+    }
+}
+
+QList<QRect> PlotRegions::overlayBoxes() const
+{
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    QList<QRect> boxes;
+    const QList<QRect> taken = mapping.isValid() ? cornerBoxesOf(*plot()) : QList<QRect>();
+    for (qsizetype i = 0; mapping.isValid() && i < m_data->regions.size(); ++i) {
+        const QRect box = nameBoxOf(m_data->regions.at(i), mapping, plot()->font(), taken);
+        if (!box.isNull())
+            boxes.append(box);
+    }
+    return boxes;
 }
 
 } // namespace tarnis
