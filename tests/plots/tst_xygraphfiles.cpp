@@ -8,7 +8,6 @@
 #include <tarnis/foundation/helpers.h>
 #include <tarnis/plots/xygraphwidget.h>
 
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -52,18 +51,6 @@ ModalWatchdog::Answer agree(QString* title, QString* text)
         *text = box->text();
         (box->button(QMessageBox::Yes) != nullptr ? box->button(QMessageBox::Yes) : box->button(QMessageBox::Ok))
             ->click();
-    };
-}
-
-/// Types a file name into the print dialog and presses Print.
-ModalWatchdog::Answer print(const QString& path)
-{
-    return [path](QWidget& window) {
-        auto* dialog = qobject_cast<QPrintDialog*>(&window);
-        if (dialog == nullptr)
-            return;
-        dialog->findChild<QLineEdit*>(QStringLiteral("filename"))->setText(path);
-        dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
     };
 }
 
@@ -250,7 +237,7 @@ private Q_SLOTS:
         ModalWatchdog watchdog({ [&](QWidget& window) {
             order << QStringLiteral("dialog");
             QCOMPARE(window.parentWidget(), &plot);
-            print(folder.filePath("order.pdf"))(window);
+            acceptPrint(folder.filePath("order.pdf"))(window);
         } });
         tarnis::testing::PlotMouse mouse(plot);
         QVERIFY(mouse.pick("Print..."));
@@ -288,7 +275,7 @@ private Q_SLOTS:
         plot.setTitle("Run 000123");
         PrintedPage page;
         recordPages(plot.m_printer, page, paper);
-        ModalWatchdog watchdog({ print(folder.filePath("page.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("page.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QCOMPARE(page.pictures.size(), 1);
@@ -309,7 +296,7 @@ private Q_SLOTS:
         ModalWatchdog watchdog({ [&](QWidget& window) {
                                     auto* dialog = qobject_cast<QPrintDialog*>(&window);
                                     QCOMPARE(dialog->printer(), &plot.m_printer);
-                                    print(folder.filePath("first.pdf"))(window);
+                                    acceptPrint(folder.filePath("first.pdf"))(window);
                                 },
             [&](QWidget& window) {
                 QCOMPARE(window.findChild<QLineEdit*>("filename")->text(), folder.filePath("first.pdf"));
@@ -326,7 +313,7 @@ private Q_SLOTS:
         PrintedPage page;
         page.refuses = true;
         recordPages(plot.m_printer, page, QSize(3000, 2000));
-        ModalWatchdog watchdog({ print(folder.filePath("refused.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("refused.pdf")) });
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("QPainter::begin.*"));
         plot.onPrint();
         QVERIFY(watchdog.isContent());
@@ -340,7 +327,7 @@ private Q_SLOTS:
         plot.setTitle("Empty");
         PrintedPage page;
         recordPages(plot.m_printer, page, QSize(3000, 2000));
-        ModalWatchdog watchdog({ print(folder.filePath("empty.pdf")) });
+        ModalWatchdog watchdog({ acceptPrint(folder.filePath("empty.pdf")) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QVERIFY(page.pictures.isEmpty());
@@ -352,7 +339,7 @@ private Q_SLOTS:
         Plot plot;
         plot.setTitle("Title");
         const QString path = folder.filePath("plot.pdf");
-        ModalWatchdog watchdog({ print(path) });
+        ModalWatchdog watchdog({ acceptPrint(path) });
         plot.onPrint();
         QVERIFY(watchdog.isContent());
         QFile file(path);

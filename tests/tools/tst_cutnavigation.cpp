@@ -1,5 +1,5 @@
 // Navigation in the plots of a map's 1D cut, whose X axes are those of the map, by real events.
-#include "support/support.h"
+#include "support/visibleplot.h"
 #include "support/wait.h"
 
 #include <tarnis/plots/plotmapping.h>
@@ -15,29 +15,10 @@
 #include <memory>
 
 using namespace tarnis;
+using tarnis::testing::rangeX;
+using tarnis::testing::rangeY;
 
 namespace {
-
-struct Range {
-    double min = 0.0;
-    double max = 0.0;
-    bool automatic = false;
-    bool operator==(const Range& other) const { return min == other.min && max == other.max; }
-};
-
-Range rangeX(XYGraphWidget& plot)
-{
-    Range range;
-    range.automatic = plot.getMinMaxX(range.min, range.max);
-    return range;
-}
-
-Range rangeY(XYGraphWidget& plot)
-{
-    Range range;
-    range.automatic = plot.getMinMaxY(range.min, range.max);
-    return range;
-}
 
 /// A map with its cut: each of the three plots has a navigator.
 struct CutFixture {
@@ -100,10 +81,10 @@ private Q_SLOTS:
     {
         CutFixture open;
         QVERIFY(open.cutX && open.cutY);
-        const Range before = rangeX(open.map);
-        const Range beforeY = rangeY(open.map);
+        const AxisRange before = rangeX(open.map);
+        const AxisRange beforeY = rangeY(open.map);
         CutFixture::wheel(*open.cutX, 240);
-        const Range zoomed = rangeX(open.map);
+        const AxisRange zoomed = rangeX(open.map);
         QVERIFY(zoomed.min > before.min && zoomed.max < before.max);
         QCOMPARE(rangeX(*open.cutX), zoomed);
         QCOMPARE(rangeY(open.map), beforeY);
@@ -115,12 +96,12 @@ private Q_SLOTS:
     void zoomsTheMapFromTheTurnedCutAlongY()
     {
         CutFixture open;
-        const Range before = rangeY(open.map);
-        const Range beforeX = rangeX(open.map);
+        const AxisRange before = rangeY(open.map);
+        const AxisRange beforeX = rangeX(open.map);
         CutFixture::wheel(*open.cutY, 240);
-        const Range zoomed = rangeY(open.map);
+        const AxisRange zoomed = rangeY(open.map);
         QVERIFY(zoomed.min > before.min && zoomed.max < before.max && zoomed.min < zoomed.max);
-        QCOMPARE(rangeX(*open.cutY), (Range { zoomed.max, zoomed.min }));
+        QCOMPARE(rangeX(*open.cutY), (AxisRange { zoomed.max, zoomed.min }));
         QCOMPARE(rangeX(open.map), beforeX);
     }
 
@@ -153,7 +134,7 @@ private Q_SLOTS:
     {
         QFETCH(const int, way);
         CutFixture open;
-        const Range before = rangeX(open.map);
+        const AxisRange before = rangeX(open.map);
         CutFixture::wheel(*open.cutX, 360);
         QVERIFY(!(rangeX(open.map) == before));
         PlotNavigator& navigator = CutFixture::navigatorOf(*open.cutX);
@@ -173,9 +154,9 @@ private Q_SLOTS:
     void keepsItsOwnYAxis()
     {
         CutFixture open;
-        const Range beforeX = rangeX(open.map);
-        const Range beforeY = rangeY(open.map);
-        const Range counts = rangeY(*open.cutX);
+        const AxisRange beforeX = rangeX(open.map);
+        const AxisRange beforeY = rangeY(open.map);
+        const AxisRange counts = rangeY(*open.cutX);
         CutFixture::key(*open.cutX, Qt::Key_PageUp);
         QVERIFY(!(rangeY(*open.cutX) == counts));
         QVERIFY(CutFixture::navigatorOf(*open.cutX).isHeld(Qt::Vertical));
@@ -187,10 +168,10 @@ private Q_SLOTS:
     {
         CutFixture open;
         CutFixture::wheel(*open.cutX, -12000);
-        const Range cut = rangeX(open.map);
+        const AxisRange cut = rangeX(open.map);
         CutFixture other;
         CutFixture::wheel(other.map, -12000);
-        const Range direct = rangeX(other.map);
+        const AxisRange direct = rangeX(other.map);
         QVERIFY(std::abs((cut.max - cut.min) - (direct.max - direct.min)) < 1e-9);
     }
 
@@ -204,7 +185,7 @@ private Q_SLOTS:
         const QPointer<VectorGraphWidget> cut = open->cutX;
         open.reset();
         QVERIFY(!cut.isNull());
-        const Range before = rangeX(*cut);
+        const AxisRange before = rangeX(*cut);
         CutFixture::key(*cut, Qt::Key_Right); // the axis is the plot's own now
         QVERIFY(!(rangeX(*cut) == before));
     }
