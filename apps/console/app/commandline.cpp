@@ -32,7 +32,7 @@ and in the first run the simulated server tarnis-simserver that is installed bes
 Exit status: 0 for a normal end, 1 if a tour failed or there is no display, 2 for a mistake on the command line.
 )";
 
-/// Options of QApplication, with and without a value, which are passed on to it.
+/// Options of QApplication that have a value. QApplication reads them itself.
 bool isQtOptionWithValue(const QString& name)
 {
     static constexpr std::array names { "platform", "platformpluginpath", "platformtheme", "plugin", "style",

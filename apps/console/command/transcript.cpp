@@ -127,7 +127,6 @@ void Transcript::clearLive()
         return;
     // Insertions have moved the anchor of the cursor, but not its position.
     m_live.setPosition(m_live.position());
-    m_live.setPosition(m_live.position()); // insertions have moved the anchor
     m_live.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
     m_live.removeSelectedText();
     m_live = QTextCursor();

@@ -21,7 +21,7 @@ namespace {
 
 constexpr QLatin1String session("control");
 constexpr QLatin1String readName("settingCmd");
-constexpr QLatin1String readFirstName("settingBeforeDownloadCmd");
+constexpr QLatin1String readFirstName("settingBeforeSendCmd");
 constexpr QLatin1String basePathName("settingBasePathCmd"); // defined by the manager, like the next two
 constexpr QLatin1String saveName("savesettingCmd");
 constexpr QLatin1String lineName("updateSettingCmd");
