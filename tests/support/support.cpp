@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <malloc.h>
 #include <unistd.h>
 
 namespace tarnis::testing {
@@ -23,6 +24,9 @@ std::mt19937_64 seededGenerator(unsigned long long salt)
 
 qint64 residentBytes(qint64 processId)
 {
+    // By default the allocator raises this threshold and then keeps the large blocks that a thread has freed.
+    if (processId == 0 && ::mallopt(M_MMAP_THRESHOLD, 1 << 17) == 1)
+        ::malloc_trim(0);
     QFile file(QStringLiteral("/proc/%1/statm").arg(processId == 0 ? ::getpid() : processId));
     if (!file.open(QIODevice::ReadOnly))
         return 0;

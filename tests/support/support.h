@@ -14,7 +14,7 @@ QString testData(const QString& relativePath);
 /// failure.
 std::mt19937_64 seededGenerator(unsigned long long salt);
 
-/// Bytes of memory that a process occupies, 0 for this one; 0 if unknown.
+/// Bytes of memory that a process occupies, 0 for this one, whose free memory does not count; 0 if unknown.
 qint64 residentBytes(qint64 processId = 0);
 
 /// Whether this program occupies less than so many mebibytes (2^20) more than `before`, a result of residentBytes().
