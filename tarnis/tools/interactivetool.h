@@ -52,7 +52,7 @@ public:
 
     /// Boxes that the tool draws over the data, in the frame's coordinates of PlotMapping. The texts of PlotCrosshair
     /// and PlotRuler avoid them. An override must not depend on these texts. The default implementation returns
-    /// cornerBoxes().
+    /// cornerBoxes() and nameBoxes().
     virtual QList<QRect> overlayBoxes() const;
 
     /// The tool's part of a stored view.
@@ -99,11 +99,16 @@ protected:
     /// tools avoid them; the tool repaints all overlays when they move. An override must not depend on other texts. The
     /// default implementation returns an empty list.
     virtual QList<QRect> cornerBoxes() const;
+    /// Names of things in the plot, part of overlayBoxes(), which names of markers avoid. An override may depend on
+    /// cornerBoxes() only. The default implementation returns an empty list.
+    virtual QList<QRect> nameBoxes() const;
     /// Passes the events of the plot to handleEvent().
     bool eventFilter(QObject* object, QEvent* event) final;
 
     /// The boxes in the corners of a plot, of all its tools.
     static QList<QRect> cornerBoxesOf(const XYGraphWidget& plot);
+    /// The names in a plot, of all its tools.
+    static QList<QRect> nameBoxesOf(const XYGraphWidget& plot);
 
     /// Makes this tool receive the plot's events before all other tools: for a tool that the user has given the
     /// keyboard focus.

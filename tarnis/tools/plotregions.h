@@ -40,7 +40,6 @@ public:
     bool isDrawing() const; ///< whether draw() is waiting for its region
 
     QList<QAction*> actions() const override;
-    QList<QRect> overlayBoxes() const override; ///< the names
     QJsonObject saveState() const override;
     void restoreState(const QJsonObject& state) override;
 
@@ -57,6 +56,7 @@ Q_SIGNALS:
 
 protected:
     bool handleEvent(QEvent* event) override;
+    QList<QRect> nameBoxes() const override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 

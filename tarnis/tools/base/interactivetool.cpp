@@ -56,7 +56,7 @@ QList<QAction*> InteractiveTool::actions() const
 
 QList<QRect> InteractiveTool::overlayBoxes() const
 {
-    return cornerBoxes();
+    return cornerBoxes() + nameBoxes();
 }
 
 QList<QRect> InteractiveTool::cornerBoxes() const
@@ -69,6 +69,19 @@ QList<QRect> InteractiveTool::cornerBoxesOf(const XYGraphWidget& plot)
     QList<QRect> boxes;
     for (const InteractiveTool* const tool : toolsOf(plot))
         boxes += tool->cornerBoxes();
+    return boxes;
+}
+
+QList<QRect> InteractiveTool::nameBoxes() const
+{
+    return {};
+}
+
+QList<QRect> InteractiveTool::nameBoxesOf(const XYGraphWidget& plot)
+{
+    QList<QRect> boxes;
+    for (const InteractiveTool* const tool : toolsOf(plot))
+        boxes += tool->nameBoxes();
     return boxes;
 }
 

@@ -11,7 +11,6 @@
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/plotreadout_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
-#include "tarnis/tools/plotregions.h"
 
 #include <QJsonArray>
 #include <QKeyEvent>
@@ -386,9 +385,7 @@ PlotMarkers::Name PlotMarkers::nameOf(
 /// Each name is beside the boxes in the corners, the names of regions and those of earlier markers.
 std::vector<PlotMarkers::Name> PlotMarkers::namesOf(const PlotMapping& mapping, const QFont& font) const
 {
-    QList<QRect> taken = cornerBoxesOf(*plot());
-    if (const auto* const regions = plot()->findChild<PlotRegions*>(QString(), Qt::FindDirectChildrenOnly))
-        taken += regions->overlayBoxes();
+    QList<QRect> taken = cornerBoxesOf(*plot()) + nameBoxesOf(*plot());
     std::vector<Name> names;
     names.reserve(static_cast<std::size_t>(m_markers.size()));
     for (int i = 0; i < m_markers.size(); ++i) {

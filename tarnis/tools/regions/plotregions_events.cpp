@@ -353,7 +353,7 @@ void PlotRegions::paintOverlay(QPainter& painter, const PlotMapping& mapping)
     }
 }
 
-QList<QRect> PlotRegions::overlayBoxes() const
+QList<QRect> PlotRegions::nameBoxes() const
 {
     const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     QList<QRect> boxes;
