@@ -59,7 +59,7 @@ public:
     double lower() const; ///< limit; 0 without a map
     double upper() const; ///< limit; 0 without a map
     QPair<double, double> percentiles() const; ///< as set by setPercentiles(); default 0 and 100
-    bool isStripVisible() const; ///< whether the strip is shown
+    bool isStripVisible() const; ///< whether the strip is shown; a narrow map has no space for it and hides it
 
     QList<QAction*> actions() const override;
     QString stateName() const override;
@@ -79,6 +79,7 @@ Q_SIGNALS:
     void levelsChanged(); ///< limits, scale or mode() have changed
 
 protected:
+    bool handleEvent(QEvent* event) override;
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
     void handleHide() override;
@@ -88,6 +89,7 @@ private:
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();
     TARNIS_NO_EXPORT void fillColours(QMenu& menu, bool forAll);
+    TARNIS_NO_EXPORT void reserveSpace();
     TARNIS_NO_EXPORT bool read();
     TARNIS_NO_EXPORT void update();
     TARNIS_NO_EXPORT void applyLevels(double lower, double upper);

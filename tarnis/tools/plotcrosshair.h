@@ -17,6 +17,7 @@ namespace tarnis {
 
 class LinkedCross;
 struct PlotReadOut;
+struct ReadOutLabels;
 
 /// A cross under the pointer, with a text that shows the bin there: its number and edges, the value on the second X
 /// scale if there is one, and the value of every visible curve, or of the map's bin. It snaps to bins and never
@@ -79,7 +80,8 @@ private:
     struct Label;
     struct Labels;
     struct Drawing;
-    TARNIS_NO_EXPORT Label labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const;
+    TARNIS_NO_EXPORT Label labelAt(const PlotMapping& mapping, const QFont& font, const PlotReadOut& shown) const;
+    TARNIS_NO_EXPORT Label labelAbove(const PlotMapping& mapping, ReadOutLabels& labels) const;
     TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT void notePointer(const QPointF& position);
     TARNIS_NO_EXPORT void renew();

@@ -103,6 +103,7 @@ private:
     QPointF m_wasFrom;
     QPointF m_wasTo;
     QString m_text;
+    QString m_briefText; // for small plots
     std::unique_ptr<Sums> m_sums;
     std::unique_ptr<Label> m_label;
     QAction* m_switch = nullptr;

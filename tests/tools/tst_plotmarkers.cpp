@@ -14,7 +14,6 @@
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotnavigator.h>
-#include <tarnis/tools/plotregions.h>
 #include <tarnis/tools/plotstyle.h>
 
 #include <QClipboard>
@@ -180,25 +179,6 @@ private Q_SLOTS:
             QVERIFY(PlotMapping::of(plot).plotRect().contains(name));
             for (const QRect& box : taken)
                 QVERIFY(!box.intersects(name));
-        }
-    }
-
-    void denseNamesGiveWay()
-    {
-        VectorGraphWidget plot;
-        fill(plot);
-        PlotMarkers markers(&plot);
-        PlotRegions regions(&plot);
-        plot.resize(320, 220);
-        showActive(plot);
-        regions.add(PlotRegion::rangeX(18, 40, QStringLiteral("Region")));
-        for (const double x : { 18.5, 20.5, 22.5, 24.5, 26.5, 28.5 })
-            markers.add({ x, 0.0 });
-        QList<QRect> boxes = markers.overlayBoxes() + regions.overlayBoxes();
-        QCOMPARE(boxes.size(), 7);
-        for (qsizetype i = 0; i < boxes.size(); ++i) {
-            for (qsizetype j = 0; j < i; ++j)
-                QVERIFY2(!boxes.at(i).intersects(boxes.at(j)), qPrintable(QStringLiteral("%1 %2").arg(i).arg(j)));
         }
     }
 

@@ -221,6 +221,25 @@ private Q_SLOTS:
         QVERIFY2(cut.endsWith(u'…') && !cut.contains(u'\n'), qPrintable(cut));
     }
 
+    void findsTheFewestFreeLines()
+    {
+        const QFontMetrics metrics(QApplication::font());
+        const ReadOutParts parts(QStringLiteral("aaaa   bbbb   cc   dd"), metrics);
+        const QRect inside(0, 0, 1000, 200);
+        const auto find = [&](const QRect& area, const QList<QRect>& boxes) {
+            return freeLines(parts, area, boxes, 15, { 10, 4 }, 4);
+        };
+        QCOMPARE(find(inside, {}).count, 1);
+        QCOMPARE(find(inside, { QRect(0, 0, 1000, 30) }).row.top(), 33);
+        const int narrow = parts.width() + 10; // without the last pixels
+        const FreeLines two = find({ 0, 0, narrow, 200 }, {});
+        QCOMPARE(two.count, 2);
+        QVERIFY(!isElided(parts, two.width, two.count) && two.width < narrow);
+        QVERIFY(find({ 0, 0, narrow, 30 }, {}).row.isNull()); // two lines are higher
+        QVERIFY(find({ 0, 0, parts.widths.at(0), 200 }, {}).row.isNull()); // a part is wider
+        QVERIFY(find(inside, { inside }).row.isNull());
+    }
+
     void widensLinesRatherThanElideParts()
     {
         const QFontMetrics metrics { QFont() };

@@ -53,6 +53,36 @@ QList<Line> linesOf(const ReadOutParts& parts, int width, int maxLines)
     return lines;
 }
 
+/// The number of lines of at most `width`; more than there are parts if one of them is wider.
+int linesFor(const ReadOutParts& parts, int width)
+{
+    int lines = 1;
+    int used = 0;
+    for (const int part : parts.widths) {
+        if (part > width)
+            return static_cast<int>(parts.widths.size()) + 1;
+        const int longer = used == 0 ? part : used + parts.gap + part;
+        lines += longer > width ? 1 : 0;
+        used = longer > width ? part : longer;
+    }
+    return lines;
+}
+
+/// The least width of so many lines: that of some consecutive parts.
+int leastWidth(const ReadOutParts& parts, int lines)
+{
+    int least = parts.width();
+    for (qsizetype first = 0; first < parts.widths.size(); ++first) {
+        int width = -parts.gap;
+        for (qsizetype last = first; last < parts.widths.size(); ++last) {
+            width += parts.gap + parts.widths.at(last);
+            if (width < least && linesFor(parts, width) <= lines)
+                least = width;
+        }
+    }
+    return least;
+}
+
 } // namespace
 
 QRect freeRow(const QRect& inside, const QSize& text, const QList<QRect>& boxes)
@@ -135,6 +165,27 @@ QString wrapped(const ReadOutParts& parts, const QFontMetrics& metrics, int widt
 qsizetype lineCount(const ReadOutParts& parts, int width, int maxLines)
 {
     return linesOf(parts, width, maxLines).size();
+}
+
+bool isElided(const ReadOutParts& parts, int width, int maxLines)
+{
+    const QList<Line> lines = linesOf(parts, width, maxLines);
+    return std::any_of(lines.begin(), lines.end(), [&](const Line& line) { return line.width > width; });
+}
+
+FreeLines freeLines(const ReadOutParts& parts, const QRect& inside, const QList<QRect>& boxes, int lineHeight,
+    const QSize& padding, int maxLines)
+{
+    for (int count = 1; count <= std::min(maxLines, static_cast<int>(parts.widths.size())); ++count) {
+        const int width = leastWidth(parts, count) + 1; // rounded, a part would be elided
+        const QSize size(width + padding.width() + 1, count * lineHeight + padding.height());
+        if (size.width() > inside.width() || size.height() > inside.height())
+            continue;
+        const QRect row = freeRow(inside, size, boxes);
+        if (row.width() >= size.width() && !meetsAny(QRect(row.topLeft(), size), boxes))
+            return { row, width, count };
+    }
+    return {};
 }
 
 } // namespace tarnis

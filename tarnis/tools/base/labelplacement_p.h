@@ -47,5 +47,17 @@ int widthFor(const ReadOutParts& parts, const LineWidths& widths, int maxLines);
 /// the last line, is elided.
 QString wrapped(const ReadOutParts& parts, const QFontMetrics& metrics, int width, int maxLines);
 qsizetype lineCount(const ReadOutParts& parts, int width, int maxLines); ///< the number of these lines
+bool isElided(const ReadOutParts& parts, int width, int maxLines); ///< whether something is elided in these lines
+
+/// A place for a read-out in which nothing is elided and no box is met.
+struct FreeLines {
+    QRect row; ///< with the text's height, as wide as the gap; null if there is no such place
+    int width = 0; ///< for wrapped()
+    int count = 0; ///< number of lines
+};
+
+/// The place in `inside` with the fewest lines, each of this height. `padding` is that of both sides of the text.
+FreeLines freeLines(const ReadOutParts& parts, const QRect& inside, const QList<QRect>& boxes, int lineHeight,
+    const QSize& padding, int maxLines);
 
 } // namespace tarnis

@@ -120,6 +120,24 @@ QString PlotReadOut::text() const
     return parts.join(QStringLiteral("   "));
 }
 
+QString PlotReadOut::briefText() const
+{
+    if (!isInside())
+        return QStringLiteral("–");
+    const auto edgesText = [](AxisRange edges) {
+        return QStringLiteral("[%1, %2)").arg(readOutNumber(edges.min), readOutNumber(edges.max));
+    };
+    QStringList parts { edgesText(namedX) };
+    if (isMap)
+        parts << edgesText(edgesY);
+    for (const ReadOutValue& value : values) {
+        const bool isNumber = value.value && std::isfinite(*value.value);
+        const QString number = isNumber ? readOutNumber(*value.value) : valueText(value);
+        parts << (value.name.isEmpty() ? number : QStringLiteral("%1: %2").arg(value.name, number));
+    }
+    return parts.join(QStringLiteral("   "));
+}
+
 QStringList fullNames(const XYGraphWidget& plot)
 {
     const auto* const series = qobject_cast<const MultiVectorGraphWidget*>(&plot);

@@ -39,6 +39,8 @@ struct PlotReadOut {
     bool isInside() const { return column >= 0 && (!isMap || row >= 0); }
     /// One line for display; a dash outside of the data.
     QString text() const;
+    /// The same without names of axes, numbers of bins and errors, for small plots.
+    QString briefText() const;
     /// A header line and a line of numbers, separated by tabs; empty outside of the data. `headers` are those of
     /// values.
     QString table(const QStringList& headers) const;

@@ -53,4 +53,21 @@ struct ReadOutLabels {
     int count = 0;
 };
 
+/// A read-out and its place. The layout is that of the labels until the next one is made.
+struct PlacedReadOut {
+    QRect row; ///< of the text's height, at least as wide as the text
+    const LabelLayout* layout = nullptr; ///< null if there is no such place
+};
+
+/// The place in `area` with the fewest lines in which the text of `labels` meets no box and nothing is elided.
+inline PlacedReadOut placedBeside(ReadOutLabels& labels, const QRect& area, const QList<QRect>& boxes, int maxLines)
+{
+    const int lineHeight = labels.heightOf(2) - labels.heightOf(1);
+    const QSize padding = labelSize(QFontMetrics(labels.font), QString()) - QSize(0, lineHeight);
+    const FreeLines found = freeLines(*labels.parts, area, boxes, lineHeight, padding, maxLines);
+    if (found.row.isNull())
+        return {};
+    return { found.row, &labels.inLines(found.width, found.count) };
+}
+
 } // namespace tarnis

@@ -37,15 +37,52 @@ constexpr double usualWidth = 0.48; // of lines in the plot, as a fraction of th
 const QColor lineColour(235, 235, 235);
 const QPointF nowhere(qQNaN(), qQNaN());
 
-QList<QRect> boxesOver(const XYGraphWidget& plot)
+QList<QRect> rulerTextOver(const XYGraphWidget& plot)
 {
     QList<QRect> boxes;
     for (const InteractiveTool* const tool : InteractiveTool::toolsOf(plot)) {
-        boxes += tool->overlayBoxes();
         if (const auto* const ruler = qobject_cast<const PlotRuler*>(tool))
             boxes += ruler->textBox();
     }
     return boxes;
+}
+
+QList<QRect> boxesOver(const XYGraphWidget& plot)
+{
+    QList<QRect> boxes = rulerTextOver(plot);
+    for (const InteractiveTool* const tool : InteractiveTool::toolsOf(plot))
+        boxes += tool->overlayBoxes();
+    return boxes;
+}
+
+/// Where a read-out can be in the plot.
+struct Space {
+    QRect inside;
+    QRect side; // of the cross, with more space
+    bool isLeft; // that side
+    int maxLines;
+};
+
+/// In lines of the usual width on that side, wider ones where something would be elided. A gap that is too narrow for
+/// this is returned, too.
+PlacedReadOut placedUsually(ReadOutLabels& labels, const Space& space, const QList<QRect>& boxes)
+{
+    const int usual = static_cast<int>(space.inside.width() * usualWidth) - labelPadding;
+    const int height = labels.heightOf(lineCount(*labels.parts, usual, space.maxLines)); // less in wider lines
+    const int gap = freeRow(space.side, { space.side.width(), height }, boxes).width(); // the widest one
+    const LineWidths widths { usual, gap - labelPadding, std::max(space.inside.width() - labelPadding, 1) };
+    const LabelLayout& lines = labels.inLines(widthFor(*labels.parts, widths, space.maxLines), space.maxLines);
+    const QRect row = freeRow(space.side, lines.size(), boxes);
+    if (row.width() >= lines.size().width())
+        return { row, &lines };
+    return { freeRow(space.inside, lines.size(), boxes), &lines }; // a legend fills that side
+}
+
+bool isReadable(const PlacedReadOut& placed, const ReadOutLabels& labels, const QList<QRect>& boxes)
+{
+    return placed.row.width() >= placed.layout->size().width()
+        && !meetsAny({ placed.row.topLeft(), placed.layout->size() }, boxes)
+        && !isElided(*labels.parts, labels.width, labels.count);
 }
 
 } // namespace
@@ -56,7 +93,10 @@ struct PlotCrosshair::Label {
     const LabelLayout* layout = nullptr; // until the next one is made
 };
 
-struct PlotCrosshair::Labels : ReadOutLabels { };
+struct PlotCrosshair::Labels {
+    ReadOutLabels full;
+    ReadOutLabels brief; // for small plots
+};
 
 struct PlotCrosshair::Drawing {
     struct Dot {
@@ -298,7 +338,7 @@ PlotCrosshair::Drawing PlotCrosshair::drawing(const PlotMapping& mapping, const 
     const double y = shown.row >= 0 ? middleOf(shown.edgesY) : at.y();
     const QString text = shown.text();
     Drawing drawing { text, { x, y }, std::round(limitedCoordinate(mapping.columnOf(x))),
-        std::round(limitedCoordinate(mapping.rowOf(y))), {}, labelAt(mapping, font, text) };
+        std::round(limitedCoordinate(mapping.rowOf(y))), {}, labelAt(mapping, font, shown) };
     for (const ReadOutValue& value : shown.values) {
         if (!shown.isMap && value.value && std::isfinite(*value.value))
             drawing.dots.append({ limitedCoordinate(mapping.rowOf(*value.value)), value.colour });
@@ -336,48 +376,66 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 }
 
 /// In the margin above the plot it covers no data. Where the title leaves too little space, or the values of many
-/// curves are too long for a line, the text is at the top of the plot, on the side of the cross with more space.
-PlotCrosshair::Label PlotCrosshair::labelAt(const PlotMapping& mapping, const QFont& font, const QString& text) const
+/// curves are too long for a line, the text is at the top of the plot, on the side of the cross with more space. In a
+/// small plot it becomes brief, then covers names of markers, then boxes in the corners.
+PlotCrosshair::Label PlotCrosshair::labelAt(
+    const PlotMapping& mapping, const QFont& font, const PlotReadOut& shown) const
 {
-    m_labels->use(text, font);
-    const QFontMetrics metrics(font);
+    ReadOutLabels& full = m_labels->full;
+    full.use(shown.text(), font);
+    if (const Label label = labelAbove(mapping, full); label.layout != nullptr)
+        return label;
+    const QRect rect = mapping.frameRect();
+    const QRect inside = rect.adjusted(labelMargin, labelMargin, -labelMargin, -labelMargin);
+    const double cross = limitedCoordinate(mapping.columnOf(value(mapping).x()));
+    Space space { inside, inside, cross > rect.center().x(),
+        std::max(inside.height() / 2 / std::max(QFontMetrics(font).lineSpacing(), 1), 1) };
+    if (space.isLeft)
+        space.side.setRight(std::min(inside.right(), static_cast<int>(cross) - distanceToCross));
+    else
+        space.side.setLeft(std::max(inside.left(), static_cast<int>(cross) + distanceToCross));
+    const auto aligned = [&](const PlacedReadOut& placed) -> Label {
+        const QSize size = placed.layout->size();
+        const int wanted = space.isLeft ? placed.row.left() : placed.row.left() + placed.row.width() - size.width();
+        const int last = std::max(inside.left(), inside.left() + inside.width() - size.width());
+        return { QRect({ std::clamp(wanted, inside.left(), last), placed.row.top() }, size), placed.layout };
+    };
+    const QList<QRect> taken = boxesOver(*plot());
+    if (const PlacedReadOut placed = placedUsually(full, space, taken); isReadable(placed, full, taken))
+        return aligned(placed);
+    if (const PlacedReadOut placed = placedBeside(full, space.side, taken, space.maxLines); placed.layout != nullptr)
+        return aligned(placed);
+    ReadOutLabels& brief = m_labels->brief;
+    brief.use(shown.briefText(), font);
+    if (const Label label = labelAbove(mapping, brief); label.layout != nullptr)
+        return label;
+    const QList<QRect> last = cornerBoxesOf(*plot()) + rulerTextOver(*plot()); // names give way to these
+    for (const QList<QRect>& boxes : { taken, last }) {
+        if (const PlacedReadOut placed = placedBeside(brief, space.side, boxes, space.maxLines);
+            placed.layout != nullptr)
+            return aligned(placed);
+    }
+    return aligned(placedUsually(brief, space, last));
+}
+
+PlotCrosshair::Label PlotCrosshair::labelAbove(const PlotMapping& mapping, ReadOutLabels& labels) const
+{
     const QRect rect = mapping.frameRect();
     const PlotStyling* const styling = stylingOf(plot());
     const QRect above = styling != nullptr ? styling->freeAbove() : QRect(rect.left(), 0, rect.width(), rect.top());
-    if (m_labels->parts->width() <= above.width() && metrics.height() <= above.height()) {
-        const LabelLayout& line = m_labels->inOneLine();
-        const QPoint corner(above.right(), above.bottom() + 1 - labelMargin);
-        if (line.size().width() <= above.width())
-            return { labelFrame(line.size(), corner, Qt::AlignRight | Qt::AlignBottom), &line };
-    }
-    const QRect inside = rect.adjusted(labelMargin, labelMargin, -labelMargin, -labelMargin);
-    const QList<QRect> taken = boxesOver(*plot());
-    const double cross = mapping.columnOf(value(mapping).x());
-    const bool isLeft = cross > rect.center().x();
-    QRect side = inside; // of the cross
-    if (isLeft)
-        side.setRight(std::min(inside.right(), static_cast<int>(limitedCoordinate(cross)) - distanceToCross));
-    else
-        side.setLeft(std::max(inside.left(), static_cast<int>(limitedCoordinate(cross)) + distanceToCross));
-    const int maxLines = std::max(inside.height() / 2 / std::max(metrics.lineSpacing(), 1), 1);
-    const int usual = static_cast<int>(inside.width() * usualWidth) - labelPadding;
-    const int height = m_labels->heightOf(lineCount(*m_labels->parts, usual, maxLines)); // less in wider lines
-    const int gap = freeRow(side, { side.width(), height }, taken).width(); // the widest one
-    const LineWidths widths { usual, gap - labelPadding, std::max(inside.width() - labelPadding, 1) };
-    const LabelLayout& lines = m_labels->inLines(widthFor(*m_labels->parts, widths, maxLines), maxLines);
-    const QSize size = lines.size();
-    QRect row = freeRow(side, size, taken);
-    if (row.width() < size.width())
-        row = freeRow(inside, size, taken); // a legend fills that side
-    const int wanted = isLeft ? row.left() : row.left() + row.width() - size.width();
-    const int last = std::max(inside.left(), inside.left() + inside.width() - size.width());
-    return { QRect({ std::clamp(wanted, inside.left(), last), row.top() }, size), &lines };
+    if (labels.parts->width() > above.width() || QFontMetrics(labels.font).height() > above.height())
+        return {};
+    const LabelLayout& line = labels.inOneLine();
+    if (line.size().width() > above.width())
+        return {};
+    const QPoint corner(above.right(), above.bottom() + 1 - labelMargin);
+    return { labelFrame(line.size(), corner, Qt::AlignRight | Qt::AlignBottom), &line };
 }
 
 QRect PlotCrosshair::textBox() const
 {
     const PlotMapping mapping = isShown() ? PlotMapping::of(*plot()) : PlotMapping();
-    return mapping.isValid() ? labelAt(mapping, plot()->font(), text()).box : QRect();
+    return mapping.isValid() ? labelAt(mapping, plot()->font(), readOut()).box : QRect();
 }
 
 bool PlotCrosshair::isSaved() const

@@ -47,7 +47,10 @@ struct PlotRuler::Sums {
     RectangleSums map;
 };
 
-struct PlotRuler::Label : ReadOutLabels { };
+struct PlotRuler::Label {
+    ReadOutLabels full;
+    ReadOutLabels brief; // for small plots
+};
 
 /// The name of an end, above it or at the border of the view.
 struct PlotRuler::Name {
@@ -166,9 +169,12 @@ void PlotRuler::copy() const
 void PlotRuler::renew()
 {
     updateActions();
-    const QString now = text();
+    const std::optional<RulerReading> shown =
+        m_isSet && plot() != nullptr ? std::optional<RulerReading>(reading()) : std::nullopt;
+    const QString now = shown ? shown->text() : QString();
     const bool isOther = now != m_text;
     m_text = now;
+    m_briefText = shown ? shown->briefText() : QString();
     const PlotMapping mapping = m_isSet && plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
     if (mapping.isValid())
         updateOverlayArea(drawing(mapping, plot()->font()).area(mapping.frameRect()));
@@ -433,29 +439,27 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 }
 
 /// The space of the text at the top of the plot, beside or below what other tools have there: in one line, otherwise in
-/// as few as have room. Returns its layout in `layout`.
+/// as few as have room. In a small plot the text becomes brief, then covers names of markers, then boxes in the
+/// corners. Returns its layout in `layout`.
 QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font, const LabelLayout*& layout) const
 {
     QList<QRect> taken;
     for (const InteractiveTool* const tool : toolsOf(*plot()))
         taken += tool->overlayBoxes();
     const QRect inside = mapping.frameRect().adjusted(2, 2, -2, -2);
-    m_label->use(m_text, font);
-    layout = &m_label->inOneLine();
-    QRect row = freeRow(inside, layout->size(), taken);
     const int maxLines = std::max(inside.height() / 2 / std::max(QFontMetrics(font).lineSpacing(), 1), 1);
-    if (row.width() < layout->size().width()) {
-        constexpr double usualWidth = 0.48; // as the values of the cross
-        const int gap = std::max(row.width() - labelPadding - 2, 1);
-        const int usual = std::min(static_cast<int>(inside.width() * usualWidth) - labelPadding, gap);
-        layout = &m_label->inLines(widthFor(*m_label->parts, { usual, gap, gap }, maxLines), maxLines);
-        row = freeRow(inside, layout->size(), taken);
+    m_label->full.use(m_text, font);
+    m_label->brief.use(m_briefText, font);
+    QList<QRect> corners = cornerBoxesOf(*plot());
+    for (const auto& [labels, boxes] : { std::pair(&m_label->full, &taken), std::pair(&m_label->brief, &taken),
+             std::pair(&m_label->brief, &corners) }) {
+        const PlacedReadOut placed = placedBeside(*labels, inside, *boxes, maxLines);
+        layout = placed.layout;
+        if (layout != nullptr)
+            return labelFrame(layout->size(), placed.row.topRight(), Qt::AlignRight);
     }
-    if (row.width() < layout->size().width()) { // the gap between the boxes is narrower where several lines have room
-        layout = &m_label->inLines(std::max(row.width() - labelPadding - 2, 1), maxLines);
-        row = freeRow(inside, layout->size(), taken);
-    }
-    return labelFrame(layout->size(), row.topRight(), Qt::AlignRight);
+    layout = &m_label->brief.inLines(std::max(inside.width() - labelPadding - 2, 1), maxLines);
+    return labelFrame(layout->size(), inside.topRight(), Qt::AlignRight);
 }
 
 QRect PlotRuler::textBox() const

@@ -11,6 +11,7 @@ namespace tarnis {
 namespace {
 
 constexpr int digits = 7;
+const QString separator = QStringLiteral("   ");
 constexpr qsizetype sumsInText = 16; // more would cover the plot; the table has them all
 
 std::optional<double> finite(double value)
@@ -26,6 +27,25 @@ QString shown(std::optional<double> value)
 QString exact(std::optional<double> value)
 {
     return value ? exactNumber(*value) : QString();
+}
+
+QStringList distances(const RulerReading& reading)
+{
+    return { QStringLiteral("Δx %1").arg(shown(finite(reading.dx))),
+        QStringLiteral("Δy %1").arg(shown(finite(reading.dy))) };
+}
+
+QStringList sumTexts(const QList<RulerSum>& sums)
+{
+    QStringList texts;
+    for (const RulerSum& sum : sums.first(std::min(sums.size(), sumsInText))) {
+        const QString number = std::isfinite(sum.sum) ? readOutNumber(sum.sum) : QStringLiteral("–");
+        texts << (sum.name.isEmpty() ? QStringLiteral("Σ %1").arg(number)
+                                     : QStringLiteral("Σ %1: %2").arg(sum.name, number));
+    }
+    if (sums.size() > sumsInText)
+        texts << QStringLiteral("…");
+    return texts;
 }
 
 } // namespace
@@ -49,19 +69,16 @@ RulerReading readingBetween(
 
 QString RulerReading::text() const
 {
-    QStringList parts { QStringLiteral("Δx %1").arg(shown(finite(dx))), QStringLiteral("Δy %1").arg(shown(finite(dy))),
-        QStringLiteral("1/Δx %1").arg(shown(inverse)),
+    QStringList parts { QStringLiteral("1/Δx %1").arg(shown(inverse)),
         QStringLiteral("%1 %2").arg(isMap ? QStringLiteral("z₂/z₁") : QStringLiteral("y₂/y₁"), shown(ratio)) };
     if (decades)
         parts << QStringLiteral("%1 dec").arg(QString::number(*decades, 'f', 3));
-    for (const RulerSum& sum : sums.first(std::min(sums.size(), sumsInText))) {
-        const QString number = std::isfinite(sum.sum) ? readOutNumber(sum.sum) : QStringLiteral("–");
-        parts << (sum.name.isEmpty() ? QStringLiteral("Σ %1").arg(number)
-                                     : QStringLiteral("Σ %1: %2").arg(sum.name, number));
-    }
-    if (sums.size() > sumsInText)
-        parts << QStringLiteral("…");
-    return parts.join(QStringLiteral("   "));
+    return (distances(*this) + parts + sumTexts(sums)).join(separator);
+}
+
+QString RulerReading::briefText() const
+{
+    return (distances(*this) + sumTexts(sums)).join(separator);
 }
 
 QString RulerReading::table() const

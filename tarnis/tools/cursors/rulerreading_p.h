@@ -33,6 +33,8 @@ struct RulerReading {
 
     /// One line for display.
     QString text() const;
+    /// The same with distances and sums only, for small plots.
+    QString briefText() const;
     /// A header line and a line of numbers with all digits, separated by tabs.
     QString table() const;
 };

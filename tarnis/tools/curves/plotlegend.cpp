@@ -33,6 +33,8 @@ constexpr int padding = 5;
 constexpr int sampleWidth = 18; // width of the line in the curve's colour
 constexpr double widest = 0.45; // maximum width, as a fraction of the plot rectangle
 constexpr double tallest = 0.8;
+constexpr double largest = 1.0 / 3.0; // maximum fraction of its area
+constexpr int fewestRows = 3; // of a longer list
 constexpr int restMs = 600; // without a change of the view; longer than between two steps of a wheel
 constexpr int maxRecords = 4096; // maximum number of records that a stored view may add
 const QColor fill(24, 24, 24, 215);
@@ -337,20 +339,22 @@ PlotLegend::Layout PlotLegend::layout() const
     const QFontMetrics metrics(curves()->font());
     made.rowHeight = metrics.height() + 2;
     const QRect inside = mapping.frameRect().adjusted(margin, margin, -margin, -margin);
-    const int largestHeight = static_cast<int>(inside.height() * tallest);
     if (made.entries.size() < 2)
         return made; // a single curve needs no legend
-    made.rows = std::min<qsizetype>(made.entries.size(), (largestHeight - 2 * padding) / made.rowHeight);
-    if (made.rows <= 0)
-        return made;
-    made.first = firstInSight(m_first, made.entries.size(), made.rows);
     int textWidth = 0;
     for (const LegendEntry& entry : std::as_const(made.entries))
         textWidth = std::max(textWidth, m_labels->advanceOf(entry.name, metrics) + 1); // a rounded width would elide
                                                                                        // the text
     const int wanted = sampleWidth + 3 * padding + textWidth;
-    const QSize size(std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding)),
-        static_cast<int>(made.rows) * made.rowHeight + 2 * padding);
+    const int width = std::min(wanted, std::max(static_cast<int>(inside.width() * widest), sampleWidth + 3 * padding));
+    const double height = std::min(inside.height() * tallest, inside.height() * largest * inside.width() / width);
+    made.rows = std::min(made.entries.size(), static_cast<qsizetype>((height - 2 * padding) / made.rowHeight));
+    if (made.rows < std::min<qsizetype>(made.entries.size(), fewestRows)) {
+        made.rows = 0; // the data need the space of a small plot
+        return made;
+    }
+    made.first = firstInSight(m_first, made.entries.size(), made.rows);
+    const QSize size(width, static_cast<int>(made.rows) * made.rowHeight + 2 * padding);
     made.room = QSizeF(std::max(inside.width() - size.width(), 0), std::max(inside.height() - size.height(), 0));
     made.corner = inside.topLeft();
     made.rect.setSize(size);

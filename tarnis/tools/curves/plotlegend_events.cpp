@@ -125,13 +125,16 @@ void PlotLegend::select(qsizetype entry)
 
 bool PlotLegend::handleKey(const QKeyEvent& event)
 {
+    if (layout().rect.isEmpty())
+        m_selected = -1; // nothing to show it in
     if (isSwitch(event)) {
         if (m_selected >= 0) {
             setVisible(false);
         } else {
             setVisible(true);
             receiveEventsFirst();
-            select(layout().first);
+            if (!layout().rect.isEmpty())
+                select(layout().first);
         }
         return true;
     }

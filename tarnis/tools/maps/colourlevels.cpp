@@ -7,6 +7,7 @@
 #include "tarnis/tools/maps/levelstrip_p.h"
 #include "tarnis/tools/navigation/viewcontrol_p.h"
 
+#include <QEvent>
 #include <QMenu>
 #include <QPainter>
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int readMs = 1000;
 constexpr int stripZOrder = -1;
+constexpr int minMapWidth = 6 * LevelStrip::stripWidth; // else it would leave too little of the map
 
 ScaleCurve curveOf(ColourLevels::Scale scale)
 {
@@ -155,14 +157,15 @@ void ColourLevels::setStripVisible(bool visible)
     if (plot() == nullptr || visible == isStripVisible())
         return;
     m_switch->setChecked(visible);
-    PlotAccess::setBesideBar(*map(), visible ? LevelStrip::stripWidth : 0);
     if (!visible) {
         m_strip->deleteLater(); // because this may be called from its menu
         m_strip->hide();
         m_strip = nullptr;
+        reserveSpace();
         return;
     }
     m_strip = new LevelStrip(*map());
+    reserveSpace();
     connect(m_strip, &LevelStrip::levelsChosen, this, &ColourLevels::setLevels);
     connect(m_strip, &LevelStrip::automaticChosen, this, &ColourLevels::setAutomatic);
     connect(m_strip, &LevelStrip::menuWanted, this, [this](const QPoint& position) {
@@ -171,8 +174,29 @@ void ColourLevels::setStripVisible(bool visible)
     });
     // Colours and automatic levels are determined when the map is painted.
     connect(map(), &DoubleBufferedWidget::painted, m_strip, &LevelStrip::showLevels);
-    m_strip->show();
     update();
+}
+
+/// Shows the strip unless the map is too narrow for it.
+void ColourLevels::reserveSpace()
+{
+    const bool hasSpace = m_strip != nullptr && map()->width() >= minMapWidth;
+    const int width = hasSpace ? LevelStrip::stripWidth : 0;
+    const MapColouring* const chosen = PlotAccess::colouring(std::as_const(*map()));
+    if (width != (chosen != nullptr ? chosen->besideBar : 0))
+        PlotAccess::setBesideBar(*map(), width);
+    if (m_strip == nullptr)
+        return;
+    if (!hasSpace)
+        m_strip->endDrag(true);
+    m_strip->setVisible(hasSpace);
+}
+
+bool ColourLevels::handleEvent(QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        reserveSpace();
+    return InteractiveTool::handleEvent(event);
 }
 
 void ColourLevels::handleHide()
