@@ -1,7 +1,7 @@
 // The simulated server as a process, and a plain client for it, for tests.
 #pragma once
 
-#include "simserver/payload.h"
+#include "support/payload.h"
 #include "support/wait.h"
 
 #include <QByteArray>

@@ -1,7 +1,7 @@
 // The command language: the reply of each command, and every refusal. No socket.
 #include "simserver/commandfixture.h"
-#include "simserver/payload.h"
 #include "support/cases.h"
+#include "support/payload.h"
 
 #include <tarnis/version.h>
 

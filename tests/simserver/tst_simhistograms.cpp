@@ -1,7 +1,7 @@
 // Histograms and the payloads of their replies, decoded like a client does.
 #include "histograms.h"
-#include "simserver/payload.h"
 #include "support/cases.h"
+#include "support/payload.h"
 #include "support/support.h"
 
 #include <QtTest>

@@ -1,7 +1,7 @@
 // Settings and runs by commands: what is accepted, saved, counted and recorded. No socket.
 #include "simserver/commandfixture.h"
-#include "simserver/payload.h"
 #include "support/cases.h"
+#include "support/payload.h"
 
 #include <tarnis/version.h>
 
