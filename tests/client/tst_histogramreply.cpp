@@ -1,5 +1,6 @@
 // Histogram replies as values with axes, or errors with their position.
 #include "support/cases.h"
+#include "support/payload.h"
 #include "support/randomcases.h"
 #include "support/support.h"
 
@@ -17,11 +18,6 @@ using Error = HistogramReply::Error;
 using Kind = HistogramFormat::Kind;
 
 namespace {
-
-QByteArray bytesOf(const QList<double>& values)
-{
-    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
-}
 
 HistogramFormat formatOf(Kind kind, int rows = 0)
 {

@@ -1,5 +1,6 @@
 // Parsing of histogram replies for the live windows.
 #include "support/cases.h"
+#include "support/payload.h"
 #include "support/support.h"
 
 #include "tarnis/client/histogramwire_p.h"
@@ -16,11 +17,6 @@ using namespace tarnis;
 using namespace tarnis::testing;
 
 namespace {
-
-QByteArray bytesOf(const QList<double>& values)
-{
-    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
-}
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();

@@ -5,6 +5,7 @@
 #include "server/servercontroller.h"
 
 #include "console/consolefixture.h"
+#include "support/payload.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -19,11 +20,6 @@ using namespace console;
 using namespace tarnis::testing;
 
 namespace {
-
-QByteArray bytesOf(const QList<double>& values)
-{
-    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
-}
 
 } // namespace
 

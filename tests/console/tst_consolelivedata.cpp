@@ -6,6 +6,7 @@
 #include "histograms/lastdatabar.h"
 #include "histograms/livewindows.h"
 #include "support/cases.h"
+#include "support/payload.h"
 #include "support/wait.h"
 #include "tables/ratewindow.h"
 
@@ -40,11 +41,6 @@ QString ageOf(const QWidget& window)
 {
     const auto* const label = window.findChild<QLabel*>(QStringLiteral("dataAgeLabel"));
     return label && label->isVisible() ? label->text() : QString();
-}
-
-QByteArray bytesOf(const QList<double>& values)
-{
-    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
 }
 
 /// A proxy to a server, which can be closed and opened again at the same port.

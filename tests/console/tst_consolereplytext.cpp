@@ -2,11 +2,11 @@
 #include "app/language.h"
 #include "server/replytext.h"
 #include "support/cases.h"
+#include "support/payload.h"
 
 #include <QTest>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 using namespace console;
@@ -14,13 +14,6 @@ using namespace tarnis::testing;
 
 class TestConsoleReplyText : public QObject {
     Q_OBJECT
-
-    static QByteArray bytesOf(const QList<double>& values)
-    {
-        QByteArray bytes(values.size() * qsizetype(sizeof(double)), Qt::Uninitialized);
-        std::memcpy(bytes.data(), values.constData(), size_t(bytes.size()));
-        return bytes;
-    }
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY(setLanguage(QStringLiteral("en"))); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/messageboxwatcher.h"
+#include "support/payload.h"
 #include "support/scriptedserver.h"
 #include "support/wait.h"
 
@@ -41,11 +42,6 @@ private:
     Model m_model;
     mutable Window m_window;
 };
-
-inline QByteArray bytesOf(const QList<double>& values)
-{
-    return QByteArray(reinterpret_cast<const char*>(values.constData()), values.size() * qsizetype(sizeof(double)));
-}
 
 /// A window that is closed while the server is silent deletes itself, without a message box.
 template <typename Window> void closeWhileGreeting()

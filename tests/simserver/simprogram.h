@@ -45,7 +45,7 @@ struct BinaryReply {
     qint32 length = 0;
     QByteArray payload;
     QByteArray text;
-    std::vector<double> values() const { return doublesOf(payload); }
+    std::vector<double> values() const { return tarnis::testing::doublesOf(payload); }
 };
 
 /// One connection. Every wait ends after half a minute, which no test reaches.

@@ -10,7 +10,7 @@
 
 using namespace simserver;
 using namespace tarnis::testing;
-using simtest::doublesOf;
+using tarnis::testing::doublesOf;
 
 namespace {
 

@@ -1,12 +1,23 @@
-// Reads payloads of binary replies.
+// Payloads of binary replies.
 #pragma once
 
 #include <QByteArray>
+#include <QList>
+#include <QtEndian>
 
 #include <cstring>
 #include <vector>
 
-namespace simtest {
+namespace tarnis::testing {
+
+/// The payload of these values: 64-bit little-endian floating point.
+inline QByteArray bytesOf(const QList<double>& values)
+{
+    QByteArray payload(values.size() * qsizetype(sizeof(double)), Qt::Uninitialized);
+    if (!values.isEmpty())
+        qToLittleEndian<double>(values.constData(), values.size(), payload.data());
+    return payload;
+}
 
 /// The doubles of a payload; bytes after the last complete one are ignored.
 inline std::vector<double> doublesOf(const QByteArray& payload)
@@ -21,4 +32,4 @@ inline std::vector<double> doublesOf(const QByteArray& payload)
     return values;
 }
 
-} // namespace simtest
+} // namespace tarnis::testing

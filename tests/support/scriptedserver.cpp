@@ -1,12 +1,12 @@
 #include "support/scriptedserver.h"
 
+#include "support/payload.h"
 #include "support/scriptedconnection_p.h"
 #include "support/wait.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QStringList>
-#include <QtEndian>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -61,10 +61,7 @@ Step Step::binary(const QByteArray& payload, const QByteArray& text)
 
 Step Step::doubles(const QList<double>& values, const QByteArray& text)
 {
-    QByteArray payload(values.size() * qsizetype(sizeof(double)), Qt::Uninitialized);
-    if (!values.isEmpty())
-        qToLittleEndian<double>(values.constData(), values.size(), payload.data());
-    return binary(payload, text);
+    return binary(bytesOf(values), text);
 }
 
 Step Step::raw(const QByteArray& bytes)
