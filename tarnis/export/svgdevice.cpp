@@ -154,6 +154,8 @@ public:
             m_brush = changes.brush();
         if (changed.testFlag(DirtyTransform))
             m_transform = changes.transform();
+        if (changed.testFlag(DirtyHints))
+            m_isSmooth = changes.renderHints().testFlag(QPainter::Antialiasing);
         if (changed.testFlag(DirtyFont))
             m_font = changes.font();
         if (changed.testFlag(DirtyClipPath))
@@ -174,8 +176,12 @@ public:
         QByteArray list;
         for (int i = 0; i < count; ++i)
             list += (i == 0 ? "" : " ") + pointText(points[i]);
+        // Without the attribute viewers spread such a line over two pixels, and it fades. Dashes may merge by it.
+        const bool isAlongAxis = count == 2 && (points[0].x() == points[1].x() || points[0].y() == points[1].y());
+        const QByteArray edges =
+            isAlongAxis && !m_isSmooth && m_pen.style() == Qt::SolidLine ? " shape-rendering=\"crispEdges\"" : "";
         if (mode == PolylineMode)
-            element("polyline points=\"" + list + '"', " fill=\"none\"" + stroke());
+            element("polyline points=\"" + list + '"', " fill=\"none\"" + stroke() + edges);
         else
             element("polygon points=\"" + list + '"', fill() + stroke());
     }
@@ -302,6 +308,7 @@ private:
     QBrush m_brush;
     QFont m_font;
     QTransform m_transform;
+    bool m_isSmooth = false;
     QPainterPath m_clip; ///< in units of the page
     QByteArray m_clipName; ///< empty without a clip
     int m_gradients = 0;

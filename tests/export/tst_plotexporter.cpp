@@ -7,6 +7,7 @@
 #include <tarnis/plots/plotoverlay.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/referencecurves.h>
 
@@ -250,6 +251,22 @@ private Q_SLOTS:
         QVERIFY(!svg.contains("Own title"));
         options.heading.clear();
         QVERIFY(PlotExporter(*plot).picture(PictureFormat::Svg, options, nullptr).contains(">Own title</text>"));
+    }
+
+    void svgHasSharpLinesOfTools()
+    {
+        const auto plot = spectrum({ 5.0, 20.0 }); // a slanted line
+        PlotCrosshair cross(plot.get());
+        cross.pinAt({ 50.0, 10.0 });
+        const QByteArray svg = PlotExporter(*plot).picture(PictureFormat::Svg, {}, nullptr);
+        static const QRegularExpression sharp(
+            QStringLiteral("points=\"([-\\d.]+),([-\\d.]+) ([-\\d.]+),([-\\d.]+)\"[^>]*#ebebeb[^>]*crispEdges"));
+        auto matches = sharp.globalMatch(QString::fromLatin1(svg));
+        for (int line = 0; line < 2; ++line) {
+            const QStringList ends = matches.next().capturedTexts();
+            QVERIFY(ends.size() == 5 && (ends.at(1) == ends.at(3) || ends.at(2) == ends.at(4)));
+        }
+        QVERIFY(!matches.hasNext());
     }
 
     void svgHasAMapAsAnImageOfItsBins()
