@@ -57,7 +57,7 @@ struct FitControls {
     QLabel* message = nullptr;
     QWidget* messageArea = nullptr; ///< scrolls the message
     StripPlot* residuals = nullptr;
-    std::vector<QLabel*> captions; ///< labels, in the order of captionTexts()
+    std::vector<QLabel*> captions; ///< labels, in the order of the texts in setTexts()
 
     /// Creates all widgets in a layout of the panel.
     void build(QWidget& panel, XYGraphWidget* plot, FitParameterModel& model);
