@@ -2222,10 +2222,6 @@ Gezeigt ist das Ergebnis von %2.</translation>
         <source>%1 cannot be read: %2</source>
         <translation>%1 kann nicht gelesen werden: %2</translation>
     </message>
-    <message>
-        <source>%1 is larger than 16 MiB and is not read.</source>
-        <translation>%1 ist größer als 16 MiB und wird nicht gelesen.</translation>
-    </message>
 </context>
 <context>
     <name>tarnis::ParameterText</name>

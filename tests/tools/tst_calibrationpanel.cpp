@@ -1,4 +1,5 @@
 // Calibration of a plot: lines found in its peaks, edits, the axis, files, lifetimes.
+#include "support/savecases.h"
 #include "support/support.h"
 #include "support/wait.h"
 
@@ -317,6 +318,31 @@ private Q_SLOTS:
         QCOMPARE(other.loadCalibration(path), QString());
         QCOMPARE(other.calibration().energyAt(1000.0), panel.calibration().energyAt(1000.0));
         QVERIFY(!other.loadCalibration(folder.filePath(QStringLiteral("none"))).isEmpty());
+    }
+
+    void savesTheWholeFileOrReportsTheCause_data() { tarnis::testing::addSaveFailures(); }
+    void savesTheWholeFileOrReportsTheCause()
+    {
+        using tarnis::testing::SaveFailure;
+        QFETCH(SaveFailure, failure);
+        QFETCH(QString, cause);
+        VectorGraphWidget plot;
+        show(plot);
+        CalibrationPanel panel(&plot);
+        panel.setSource(QStringLiteral("eu152"));
+        QVERIFY(calibrate(panel));
+        tarnis::testing::SavePlace place(failure, QStringLiteral(".json"));
+        if (!place.isThere())
+            QSKIP("only root may mount the small disk of this case");
+        place.begin();
+        const QString error = panel.saveCalibration(place.path());
+        if (failure == SaveFailure::None) {
+            QCOMPARE(error, QString());
+            QCOMPARE(place.content(), calibrationToJson(panel.calibration()));
+            return;
+        }
+        QVERIFY2(error.contains(cause), qPrintable(error));
+        QVERIFY(place.isUntouched());
     }
 
     void readsLinesOfAFile()

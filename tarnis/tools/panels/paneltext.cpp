@@ -1,12 +1,12 @@
 #include "tarnis/tools/panels/paneltext_p.h"
 
+#include "tarnis/foundation/files.h"
+
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QGuiApplication>
-#include <QSaveFile>
 
 namespace tarnis {
 
@@ -16,31 +16,23 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(tarnis::PanelText)
 };
 
-constexpr qint64 maxSize = qint64(16) * 1024 * 1024;
+constexpr qsizetype maxSize = qsizetype(16) * 1024 * 1024;
 
 } // namespace
 
 QString writeTextFile(const QString& path, const QByteArray& text)
 {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
-        return {};
-    return Text::tr("%1 cannot be written: %2").arg(QDir::toNativeSeparators(path), file.errorString());
+    const QString cause = writeFile(path, text);
+    return cause.isEmpty() ? QString()
+                           : Text::tr("%1 cannot be written: %2").arg(QDir::toNativeSeparators(path), cause);
 }
 
 QByteArray readTextFile(const QString& path, QString& error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = Text::tr("%1 cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString());
-        return {};
-    }
-    QByteArray text = file.read(maxSize + 1);
-    if (text.size() > maxSize) {
-        error = Text::tr("%1 is larger than 16 MiB and is not read.").arg(QDir::toNativeSeparators(path));
-        return {};
-    }
-    return text;
+    const FileContent file = readFile(path, maxSize);
+    if (!file.error.isEmpty())
+        error = Text::tr("%1 cannot be read: %2").arg(QDir::toNativeSeparators(path), file.error);
+    return file.bytes;
 }
 
 QString saveTextFile(QWidget* parent, const QString& title, const QString& filter, const QByteArray& text)
