@@ -27,7 +27,7 @@ struct PlotLinks {
 /// calibrations have different energies. Empty for an axis without a name.
 QString quantityOf(const XYGraphWidget& plot, Qt::Orientation axis)
 {
-    const QString name = axis == Qt::Horizontal ? plot.getNameX() : plot.getNameY();
+    QString name = axis == Qt::Horizontal ? plot.getNameX() : plot.getNameY();
     const auto* const calibration = axis == Qt::Horizontal ? tarnis::PlotCalibration::of(plot) : nullptr;
     if (name.isEmpty() || calibration == nullptr)
         return name;
