@@ -102,6 +102,7 @@ private:
     QList<QPointF> m_cornersLeft; // corners where data covered the legend
     std::optional<QPointF> m_zoomedPlace; // chosen for the current zoomed view
     QTimer* m_rest = nullptr; // of the view
+    bool m_waitsForData = true; // to choose a place in a zoomed view
     qsizetype m_first = 0; // first visible row
     qsizetype m_selected = -1; // entry selected by the keyboard; -1: the plot has the focus
     bool m_isPressed = false;

@@ -102,6 +102,17 @@ private Q_SLOTS:
         TRY_COMPARE(m_legend->place(), QPointF(1, 0)); // its place in the whole view
     }
 
+    void leavesTheFirstDataOfAZoomedView()
+    {
+        m_plot->setMinMaxX(10, 79); // as of a stored view
+        m_plot->refreshPixmap();
+        TRY_VERIFY(isWaitingForRest());
+        TRY_VERIFY(!isWaitingForRest());
+        setBlock(*m_plot, 70, 79);
+        m_plot->refreshPixmap();
+        TRY_COMPARE(m_legend->place(), QPointF(0, 0));
+    }
+
     void staysWhereTheUserPutItInAZoomedView()
     {
         m_legend->setPlace({ 1, 0 });

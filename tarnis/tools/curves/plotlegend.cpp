@@ -248,7 +248,7 @@ void PlotLegend::leaveData(Changes changes)
         const bool isByHand = changes.testFlag(ScaleType)
             || (changes.testFlag(RangeX) && !curves()->getMinMaxX(min, max))
             || (changes.testFlag(RangeY) && !curves()->getMinMaxY(min, max));
-        if (isByHand)
+        if (isByHand || (m_waitsForData && changes.testFlag(Data) && !m_rest->isActive()))
             m_rest->start();
         return;
     }
@@ -270,6 +270,7 @@ void PlotLegend::leaveDataAtRest()
 {
     if (curves() == nullptr || m_isPlaceSet || m_isPressed || showsWholeRange(*curves()))
         return;
+    m_waitsForData = layout().rect.isEmpty(); // as of a stored view that has been restored
     const QPointF best = leastCoveringPlace({});
     if (best == place())
         return;
