@@ -96,7 +96,7 @@ void KeyboardDialog::addOthers()
         tr("In Text on the Server: save, save under another name"));
     addRow(named({ Qt::CTRL | Qt::Key_W }), tr("Close a window"));
     m_firstOfPlots = m_table->rowCount();
-    addRow(named({ Qt::Key_Menu }), tr("In a plot: its tools"));
+    addRow(named({ Qt::Key_Menu, Qt::SHIFT | Qt::Key_F10 }), tr("In a plot: its tools"));
     addRow(named({ Qt::Key_Escape }), tr("In a plot: leave the tool"));
     addRow(named({ Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down }), tr("In a plot: move"));
     addRow(named({ Qt::Key_Plus, Qt::Key_Minus }), tr("In a plot: zoom in and out along X"));
@@ -108,9 +108,11 @@ void KeyboardDialog::addOthers()
         tr("In a plot: the values under the pointer; pin them, copy them"));
     addRow(named({ Qt::CTRL | Qt::Key_C }), tr("In a plot without values to copy: copy its picture"));
     addRow(named({ Qt::Key_M, Qt::Key_R }), tr("In a plot: set a marker; the ruler"));
-    addRow(named({ Qt::SHIFT | Qt::Key_M, Qt::Key_Delete }), tr("In a plot: select the next marker, remove it"));
+    addRow(named({ Qt::SHIFT | Qt::Key_M, Qt::Key_F2, Qt::Key_Delete }),
+        tr("In a plot: select the next marker, rename it, remove it"));
     addRow(named({ Qt::CTRL | Qt::Key_Left, Qt::CTRL | Qt::Key_Right }),
         tr("In a plot: move the cross, or the end of the ruler or profile; with Shift by ten bins"));
+    addRow(named({ Qt::Key_Space }), tr("In a plot: swap the ends of the ruler or profile"));
     addRow(named({ Qt::Key_E, Qt::SHIFT | Qt::Key_C, Qt::Key_B }),
         tr("In a plot: error bars, a reference, in a map a profile"));
     addRow(named({ Qt::SHIFT | Qt::Key_L }), tr("In a plot: the legend"));

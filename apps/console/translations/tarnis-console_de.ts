@@ -1812,8 +1812,12 @@
         <translation>In einem Diagramm: die Legende</translation>
     </message>
     <message>
-        <source>In a plot: select the next marker, remove it</source>
-        <translation>In einem Diagramm: die nächste Marke wählen, sie löschen</translation>
+        <source>In a plot: select the next marker, rename it, remove it</source>
+        <translation>In einem Diagramm: die nächste Marke wählen, umbenennen, löschen</translation>
+    </message>
+    <message>
+        <source>In a plot: swap the ends of the ruler or profile</source>
+        <translation>In einem Diagramm: die Enden von Lineal oder Profil tauschen</translation>
     </message>
     <message>
         <source>In a plot: move the cross, or the end of the ruler or profile; with Shift by ten bins</source>
