@@ -6,7 +6,6 @@
 #include <QColor>
 #include <QString>
 
-#include <functional>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
@@ -116,7 +115,6 @@ private:
     TARNIS_NO_EXPORT static bool isTextScale(double factor);
     TARNIS_NO_EXPORT void changed();
     TARNIS_NO_EXPORT void makeActions();
-    TARNIS_NO_EXPORT void choose(const std::function<void()>& change);
     TARNIS_NO_EXPORT const StyleOptions& options() const;
     template <typename Value> TARNIS_NO_EXPORT void set(Value StyleOptions::*option, const Value& value);
 

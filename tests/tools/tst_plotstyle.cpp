@@ -17,6 +17,7 @@
 #include <tarnis/tools/plotstyle.h>
 
 #include <QAction>
+#include <QActionGroup>
 #include <QJsonObject>
 #include <QPointer>
 #include <QSignalSpy>
@@ -426,7 +427,11 @@ private Q_SLOTS:
         entry("printTheme")->trigger();
         QCOMPARE(style.theme(), PlotStyle::Theme::Print);
         entry("printTheme")->trigger(); // once more
-        QVERIFY(entry("printTheme")->isChecked());
+        QVERIFY(entry("printTheme")->isChecked() && entry("printTheme")->actionGroup()->isExclusive());
+        QVERIFY(entry("steps")->isVisible() && !entry("squareBins")->isVisible());
+        XY2DGraphWidget map;
+        const PlotStyle styleOfMap(&map);
+        QVERIFY(!styleOfMap.findChild<QAction*>("steps")->isVisible()); // it has no curves
         entry("steps")->trigger();
         QCOMPARE(style.curveForm(), PlotStyle::CurveForm::Steps);
         entry("powers")->trigger();

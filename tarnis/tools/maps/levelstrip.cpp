@@ -254,6 +254,10 @@ void LevelStrip::moveBy(LevelHandle handle, double delta)
 
 void LevelStrip::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) { // a menu event on Windows only
+        Q_EMIT menuWanted(mapToGlobal(rect().center()));
+        return;
+    }
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier; // Alt+Left is the map's
     switch (isPlain ? event->key() : 0) {
     case Qt::Key_Left:

@@ -1,6 +1,7 @@
 // The actions and the stored state of a style.
 #include "tarnis/tools/plotstyle.h"
 
+#include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/style/stylepainter_p.h"
 
@@ -9,7 +10,6 @@
 #include <QMenu>
 #include <QMetaEnum>
 #include <QPainter>
-#include <QPointer>
 #include <QSignalBlocker>
 
 namespace tarnis {
@@ -63,15 +63,6 @@ QString themeText(PlotStyle::Theme theme)
 
 } // namespace
 
-/// Reports the style again after the change: a click on the current entry would uncheck it.
-void PlotStyle::choose(const std::function<void()>& change)
-{
-    const QPointer<PlotStyle> self(this); // a slot may delete it
-    change();
-    if (!self.isNull())
-        Q_EMIT styleChanged();
-}
-
 /// One action with a menu: triggered, it selects the next theme.
 void PlotStyle::makeActions()
 {
@@ -87,14 +78,16 @@ void PlotStyle::makeActions()
         action->setIcon(QIcon());
         action->setCheckable(true);
         m_menu->addAction(action);
-        const auto update = [action, isOn] { action->setChecked(isOn()); };
-        connect(this, &PlotStyle::styleChanged, action, update);
-        update();
+        connect(this, &PlotStyle::styleChanged, action, [action, isOn] { action->setChecked(isOn()); });
+        action->setChecked(isOn());
         return action;
     };
+    const bool isMap = qobject_cast<XY2DGraphWidget*>(plot()) != nullptr;
+    auto* const themes = new QActionGroup(m_menu.get());
     const auto addTheme = [&](const char* name, ActionText text, Theme value) {
-        connect(add(name, text, [this, value] { return theme() == value; }), &QAction::triggered, this,
-            [this, value] { choose([this, value] { setTheme(value); }); });
+        QAction* const action = add(name, text, [this, value] { return theme() == value; });
+        themes->addAction(action);
+        connect(action, &QAction::triggered, this, [this, value] { setTheme(value); });
     };
     addTheme(
         "lightTheme", [] { return themeText(Theme::Light); }, Theme::Light);
@@ -105,9 +98,12 @@ void PlotStyle::makeActions()
     addTheme(
         "highContrastTheme", [] { return themeText(Theme::HighContrast); }, Theme::HighContrast);
     m_menu->addSeparator();
+    auto* const forms = new QActionGroup(m_menu.get());
+    forms->setVisible(!isMap);
     const auto addForm = [&](const char* name, ActionText text, CurveForm value) {
-        connect(add(name, text, [this, value] { return curveForm() == value; }), &QAction::triggered, this,
-            [this, value] { choose([this, value] { setCurveForm(value); }); });
+        QAction* const action = add(name, text, [this, value] { return curveForm() == value; });
+        forms->addAction(action);
+        connect(action, &QAction::triggered, this, [this, value] { setCurveForm(value); });
     };
     addForm(
         "formOfPlot", [] { return PlotStyle::tr("Curves as in the Menu"); }, CurveForm::AsPlot);
@@ -124,10 +120,10 @@ void PlotStyle::makeActions()
                 "powers", [] { return PlotStyle::tr("Powers of Ten"); },
                 [this] { return numberForm() == NumberForm::Powers; }),
         &QAction::triggered, this, [this](bool on) { setNumberForm(on ? NumberForm::Powers : NumberForm::Prefixes); });
-    connect(add(
-                "squareBins", [] { return PlotStyle::tr("Square Bins for Equal Units"); },
-                [this] { return areBinsSquare(); }),
-        &QAction::triggered, this, &PlotStyle::setBinsSquare);
+    QAction* const square = add(
+        "squareBins", [] { return PlotStyle::tr("Square Bins for Equal Units"); }, [this] { return areBinsSquare(); });
+    square->setVisible(isMap);
+    connect(square, &QAction::triggered, this, &PlotStyle::setBinsSquare);
 }
 
 QList<QAction*> PlotStyle::actions() const
