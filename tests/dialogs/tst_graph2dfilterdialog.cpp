@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -191,9 +192,10 @@ private Q_SLOTS:
 
     void receiverMayDeleteTheDialog()
     {
-        auto* const dialog = new Graph2DFilterDialog(nullptr);
+        const QPointer dialog = new Graph2DFilterDialog(nullptr);
         connect(dialog, qOverload<Graph2DFilter>(&Graph2DFilterDialog::accepted), this, [&] { delete dialog; });
         press(*dialog, QDialogButtonBox::Ok);
+        QVERIFY(dialog.isNull());
     }
 };
 

@@ -7,6 +7,7 @@
 #include "support/wait.h"
 
 #include <QEvent>
+#include <QPointer>
 #include <QTest>
 
 using namespace tarnis::testing;
@@ -420,12 +421,14 @@ private Q_SLOTS:
     {
         TreeServer server;
         TarnisSession model(ScriptedServer::host(), server.port(), server.prompt(), nullptr);
-        auto* const dialog = new SelectPathDialog("/data", &model, nullptr);
+        const QPointer dialog = new SelectPathDialog("/data", &model, nullptr);
         connect(dialog, qOverload<const QString&>(&SelectPathDialog::accepted), this, [&] { delete dialog; });
         dialog->onAccepted();
-        auto* const twin = new SelectDirectoryDialog("/data", &model, nullptr);
+        QVERIFY(dialog.isNull());
+        const QPointer twin = new SelectDirectoryDialog("/data", &model, nullptr);
         connect(twin, qOverload<const QString&>(&SelectDirectoryDialog::accepted), this, [&] { delete twin; });
         twin->onAccepted();
+        QVERIFY(twin.isNull());
     }
 
     void manyOddNames()
