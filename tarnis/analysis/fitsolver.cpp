@@ -95,7 +95,8 @@ int FitSolver::residuals(int, int, double* x, double* fvec, double** dvec, void*
     return static_cast<FitSolver*>(self)->writeResiduals(x, fvec, dvec);
 }
 
-// The statistic is chosen outside of the loop: of the commonest one the bins then overlap in the processor.
+// The statistic is chosen outside of the loop, so that the processor overlaps the work on several bins of the most
+// common one.
 void FitSolver::writeTerms(std::span<const double> model, double* fvec)
 {
     const std::span<const double> y = m_problem.contents();

@@ -58,7 +58,7 @@ void serverDies(UiDriver& driver, MainWindow& window)
     driver.screenshot(window, QStringLiteral("back"));
 }
 
-void nobodyAnswers(UiDriver& driver, MainWindow& window)
+void noServerAnswers(UiDriver& driver, MainWindow& window)
 {
     const ServerChoice before = window.controller().choice();
     driver.shortcut(window, QKeySequence(Qt::CTRL | Qt::Key_N));
@@ -132,7 +132,7 @@ QList<TourStep> closingSteps()
 {
     return {
         { QStringLiteral("server-dies"), serverDies },
-        { QStringLiteral("nobody-answers"), nobodyAnswers },
+        { QStringLiteral("no-answer"), noServerAnswers },
         { QStringLiteral("wrong-prompt"), wrongPrompt },
         { QStringLiteral("restart"), restart },
         { QStringLiteral("shut-down"), shutDown },
