@@ -13,6 +13,7 @@
 #include <tarnis/tools/plotmarkers.h>
 #include <tarnis/tools/plotregions.h>
 #include <tarnis/tools/plotruler.h>
+#include <tarnis/tools/plotstyle.h>
 
 #include <QTest>
 
@@ -74,6 +75,31 @@ private Q_SLOTS:
         }
         QVERIFY(!legend.overlayBoxes().isEmpty());
         QVERIFY(cross.text().contains(QStringLiteral("Channel"))); // in the status bar of a host
+    }
+
+    void aReadingWithoutRoomIsElidedBesideTheLegend()
+    {
+        MultiVectorGraphWidget plot;
+        fillGroups(plot, 16);
+        PlotLegend legend(&plot);
+        PlotRuler ruler(&plot);
+        showActive(plot, { 320, 200 });
+        ruler.setEnds({ 0.5, 0 }, { 1.5, 0 });
+        QVERIFY(!legend.overlayBoxes().isEmpty());
+        QVERIFY(areApart(legend.overlayBoxes() + QList<QRect> { ruler.textBox() }));
+    }
+
+    void aSmallPlotKeepsItsData()
+    {
+        VectorGraphWidget plot;
+        fill(plot, { 4, 1, 0, 2, 2.5, 5, 6, 7, 8, 9 });
+        plot.setTitle(QStringLiteral("Title"));
+        const PlotStyle style(&plot);
+        PlotCrosshair cross(&plot);
+        showActive(plot, { 230, 200 });
+        cross.pinAt({ 55.0, 5.0 });
+        QVERIFY(cross.textBox().bottom() <= PlotMapping::of(plot).frameRect().top()); // beside the title
+        QVERIFY(cross.textBox().width() < plot.fontMetrics().horizontalAdvance(cross.text())); // the brief text
     }
 
     void namesOfMarkersAndRegionsAreApart()

@@ -33,6 +33,7 @@ constexpr double dotRadius = 3.0;
 constexpr int labelPadding = 10; // of a label's box, left and right
 constexpr int labelMargin = 2; // to the plot rectangle
 constexpr int distanceToCross = 8;
+constexpr double smallShare = 0.1; // of the plot that the full text may cover if the brief one covers nothing
 constexpr double usualWidth = 0.48; // of lines in the plot, as a fraction of the plot rectangle
 const QColor lineColour(235, 235, 235);
 const QPointF nowhere(qQNaN(), qQNaN());
@@ -76,6 +77,11 @@ PlacedReadOut placedUsually(ReadOutLabels& labels, const Space& space, const QLi
     if (row.width() >= lines.size().width())
         return { row, &lines };
     return { freeRow(space.inside, lines.size(), boxes), &lines }; // a legend fills that side
+}
+
+int areaOf(const QSize& size)
+{
+    return size.width() * size.height();
 }
 
 bool isReadable(const PlacedReadOut& placed, const ReadOutLabels& labels, const QList<QRect>& boxes)
@@ -377,7 +383,7 @@ void PlotCrosshair::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 
 /// In the margin above the plot it covers no data. Where the title leaves too little space, or the values of many
 /// curves are too long for a line, the text is at the top of the plot, on the side of the cross with more space. In a
-/// small plot it becomes brief, then covers names of markers, then boxes in the corners.
+/// small plot it becomes brief, then covers names of markers.
 PlotCrosshair::Label PlotCrosshair::labelAt(
     const PlotMapping& mapping, const QFont& font, const PlotReadOut& shown) const
 {
@@ -401,14 +407,18 @@ PlotCrosshair::Label PlotCrosshair::labelAt(
         return { QRect({ std::clamp(wanted, inside.left(), last), placed.row.top() }, size), placed.layout };
     };
     const QList<QRect> taken = boxesOver(*plot());
-    if (const PlacedReadOut placed = placedUsually(full, space, taken); isReadable(placed, full, taken))
-        return aligned(placed);
-    if (const PlacedReadOut placed = placedBeside(full, space.side, taken, space.maxLines); placed.layout != nullptr)
-        return aligned(placed);
+    const PlacedReadOut usual = placedUsually(full, space, taken);
+    const bool isUsual = isReadable(usual, full, taken);
+    if (isUsual && areaOf(usual.layout->size()) <= areaOf(inside.size()) * smallShare)
+        return aligned(usual);
     ReadOutLabels& brief = m_labels->brief;
     brief.use(shown.briefText(), font);
     if (const Label label = labelAbove(mapping, brief); label.layout != nullptr)
         return label;
+    if (isUsual)
+        return aligned(usual);
+    if (const PlacedReadOut placed = placedBeside(full, space.side, taken, space.maxLines); placed.layout != nullptr)
+        return aligned(placed);
     const QList<QRect> last = cornerBoxesOf(*plot()) + rulerTextOver(*plot()); // names give way to these
     for (const QList<QRect>& boxes : { taken, last }) {
         if (const PlacedReadOut placed = placedBeside(brief, space.side, boxes, space.maxLines);

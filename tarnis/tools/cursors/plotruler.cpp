@@ -439,8 +439,8 @@ void PlotRuler::paintOverlay(QPainter& painter, const PlotMapping& mapping)
 }
 
 /// The space of the text at the top of the plot, beside or below what other tools have there: in one line, otherwise in
-/// as few as have room. In a small plot the text becomes brief, then covers names of markers, then boxes in the
-/// corners. Returns its layout in `layout`.
+/// as few as have room. In a small plot the text becomes brief, then covers names of markers, then is elided. Returns
+/// its layout in `layout`.
 QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font, const LabelLayout*& layout) const
 {
     QList<QRect> taken;
@@ -458,8 +458,10 @@ QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font, const La
         if (layout != nullptr)
             return labelFrame(layout->size(), placed.row.topRight(), Qt::AlignRight);
     }
-    layout = &m_label->brief.inLines(std::max(inside.width() - labelPadding - 2, 1), maxLines);
-    return labelFrame(layout->size(), inside.topRight(), Qt::AlignRight);
+    const QRect gap = freeRow(inside, { inside.width(), m_label->brief.heightOf(maxLines) }, corners); // the widest one
+    const QRect row = gap.width() >= inside.width() / 2 ? gap : QRect(inside.topLeft(), QSize(inside.width(), 1));
+    layout = &m_label->brief.inLines(std::max(row.width() - labelPadding - 2, 1), maxLines);
+    return labelFrame(layout->size(), row.topRight(), Qt::AlignRight);
 }
 
 QRect PlotRuler::textBox() const
