@@ -5,8 +5,8 @@ set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Tarnis")
 # The prefix is derived from the location of the file, so that an installation can be relocated.
 file(RELATIVE_PATH TARNIS_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 
-# _tarnis_install(<target> DESCRIPTION <text> [REQUIRES <text>] [LIBS <text>]): the library of a component, its part of the CMake package,
-# and its pkg-config file.
+# _tarnis_install(<target> DESCRIPTION <text> [REQUIRES <text>] [LIBS <text>]): the library of a component, its part of the
+# CMake package, and its pkg-config file.
 function(_tarnis_install target)
   cmake_parse_arguments(arg "" "DESCRIPTION;REQUIRES;LIBS" "" ${ARGN})
   get_target_property(component ${target} EXPORT_NAME)
