@@ -66,7 +66,9 @@ void MainWindow::goOnLeaving()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    remember();
+    const bool isServerGone = m_isClosing; // windows that report this may be higher than the user made them
+    if (!isServerGone)
+        remember();
     event->ignore();
     m_isAskingToSave = false; // set below if needed
     if (!m_isRunGivenUp && !lossWithServer().isEmpty()) {
@@ -82,7 +84,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
         || (m_controller->state() == ServerState::Failed && !m_controller->hasProcess());
     if (canGo) {
         m_isClosing = false;
-        event->setAccepted(m_windows->closeAll());
+        event->setAccepted(isServerGone ? m_windows->closeAllAsStored() : m_windows->closeAll());
         return;
     }
     m_isClosing = true; // the window closes when the server has ended, see updateControls()

@@ -216,6 +216,20 @@ private Q_SLOTS:
         QVERIFY(fixture.isLeft());
     }
 
+    void storesThePlacesBeforeTheServerEnds()
+    {
+        ScriptedServer server;
+        LeavingConsole fixture(server);
+        const QPointer<QWidget> rate = fixture.find("rate");
+        QVERIFY(!rate.isNull());
+        const QSize chosen = rate->size();
+        fixture.window->close();
+        QVERIFY(!rate.isNull()); // until the server has ended
+        rate->resize(chosen + QSize(0, 50)); // as a window that reports this in a line of its own
+        QVERIFY(fixture.isLeft());
+        QCOMPARE(fixture.store.value("windows/rate/place").toRect().size(), chosen);
+    }
+
     // A text with changes.
 
     void asksAboutChangesBeforeTheServerEnds()

@@ -19,6 +19,7 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QSettings>
 #include <QStyle>
@@ -266,7 +267,7 @@ void OpenWindows::restoreView(const QWidget& window, const QString& id)
 
 bool OpenWindows::eventFilter(QObject* object, QEvent* event)
 {
-    if (event->type() == QEvent::Close) {
+    if (event->type() == QEvent::Close && !m_keepsPlaces) {
         const auto* const window = qobject_cast<const QWidget*>(object);
         if (window && window->isVisible() && !window->isMinimized())
             storePlace(*window);
@@ -446,6 +447,12 @@ bool OpenWindows::closeAll()
             isEachClosed = false;
     }
     return isEachClosed;
+}
+
+bool OpenWindows::closeAllAsStored()
+{
+    const QScopedValueRollback keeping(m_keepsPlaces, true);
+    return closeAll();
 }
 
 bool OpenWindows::closeUnsaved()

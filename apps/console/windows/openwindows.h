@@ -60,6 +60,8 @@ public:
     void cascade();
     /// False if one stays open, for example because of unsaved changes.
     bool closeAll();
+    /// The same, without storing geometry and views again.
+    bool closeAllAsStored();
     /// Requests the first window with unsaved work (QWidget::isWindowModified()) to close. False without one. Then
     /// changed() is emitted if it closes, or kept() if it stays open.
     bool closeUnsaved();
@@ -91,6 +93,7 @@ protected:
     ModelessWidgetManager m_windows; ///< by address of the id in m_ids
     std::set<QString> m_ids;
     QPointer<QWidget> m_front;
+    bool m_keepsPlaces = false; ///< closing windows does not store their places
     unsigned long long m_opened = 0; ///< number of windows ever opened
 };
 
