@@ -73,7 +73,7 @@ public:
     /// @}
     /// Free text above the plot, right-aligned.
     void setNotes(const QString& notes);
-    /// Heading of the printed page; not shown on the screen.
+    /// Heading of the printed page. Shown on the screen only by a tarnis::PlotStyle.
     void setTitle(const QString& title);
     /// Requested decimals of the axis. If 0, no tick step is below 1. A new value affects the Y ticks at the next paint
     /// and the X ticks one paint later. @{
