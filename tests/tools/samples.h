@@ -15,6 +15,15 @@ inline void fill(VectorGraphWidget& plot, const QList<double>& samples)
     plot.setMaxValue(9);
 }
 
+/// Shows samples, four as a rule, on axes from 0 to 4 and from 0 to 40.
+inline void fillFourBins(VectorGraphWidget& plot, const QList<double>& samples)
+{
+    plot.init("Time", "Counts", 10, 40, true, true);
+    plot.initManualX(0, 4);
+    plot.initManualY(0, 40);
+    plot.setData(samples);
+}
+
 /// Curves of two channels, a group for each: 1 and 10, 2 and 11, and so on.
 inline void fillGroups(MultiVectorGraphWidget& plot, int count)
 {

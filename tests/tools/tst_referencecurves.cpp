@@ -3,6 +3,7 @@
 #include "support/randomcases.h"
 #include "support/support.h"
 #include "support/visibleplot.h"
+#include "tools/samples.h"
 
 #include <tarnis/formats/formats.h>
 #include <tarnis/plots/curvenames.h>
@@ -30,14 +31,6 @@ using namespace tarnis;
 using namespace tarnis::testing;
 
 namespace {
-
-void fill(VectorGraphWidget& plot, const QList<double>& samples)
-{
-    plot.init("Time", "Counts", 10, 40, true, true);
-    plot.initManualX(0, 4);
-    plot.initManualY(0, 40);
-    plot.setData(samples);
-}
 
 Dataset dataset(qsizetype rows, qsizetype columns, double value)
 {
@@ -93,7 +86,7 @@ private Q_SLOTS:
     void findsItsExtremes()
     {
         VectorGraphWidget plot;
-        fill(plot, { -4, 9, std::nan(""), 0 });
+        fillFourBins(plot, { -4, 9, std::nan(""), 0 });
         ReferenceCurves references(&plot);
         QVERIFY(references.extremes(0, 3, false).first > references.extremes(0, 3, false).second); // none yet
         QVERIFY(references.freeze());
@@ -106,7 +99,7 @@ private Q_SLOTS:
     void freezesTheCurvesOfTheMoment()
     {
         VectorGraphWidget plot;
-        fill(plot, { 4, 9, 16, 25 });
+        fillFourBins(plot, { 4, 9, 16, 25 });
         ReferenceCurves references(&plot);
         showActive(plot);
         QVERIFY(references.freeze(QStringLiteral("before")));
@@ -124,31 +117,10 @@ private Q_SLOTS:
         QCOMPARE(references.compared(0).at(0), -2.0);
     }
 
-    void scalesTheReference()
-    {
-        VectorGraphWidget plot;
-        fill(plot, { 2, 4, 6, 8 });
-        ReferenceCurves references(&plot);
-        references.setLiveTime(10);
-        references.freeze();
-        references.setView(ReferenceCurves::View::Difference);
-        plot.setData({ 6, 8, 10, 16 });
-        references.setNorm(ReferenceCurves::Norm::TotalCounts); // 40 / 20
-        QCOMPARE(references.compared(0), (QList<double> { 2, 0, -2, 0 }));
-        references.setView(ReferenceCurves::View::Significance);
-        QCOMPARE(references.compared(0).at(0), 2.0 / std::sqrt(6.0)); // 4 counts since, less the 2 of the reference
-        references.setView(ReferenceCurves::View::Difference);
-        references.setLiveTime(30);
-        references.setNorm(ReferenceCurves::Norm::LiveTime);
-        QCOMPARE(references.compared(0), (QList<double> { 0, -4, -8, -8 }));
-        references.setLiveTime(std::nan("")); // unknown
-        QCOMPARE(references.compared(0), (QList<double> { 4, 4, 4, 8 }));
-    }
-
     void clearedDataAreAnotherMeasurement()
     {
         VectorGraphWidget plot;
-        fill(plot, { 4, 9 });
+        fillFourBins(plot, { 4, 9 });
         ReferenceCurves references(&plot);
         references.freeze();
         references.setView(ReferenceCurves::View::Significance);
@@ -225,7 +197,7 @@ private Q_SLOTS:
         const QString path = directory.filePath(QStringLiteral("old.csv"));
         QVERIFY(writeDataset(path, dataset(1, 4, 5)).isEmpty());
         VectorGraphWidget plot;
-        fill(plot, { 6, 5, 4, 3 });
+        fillFourBins(plot, { 6, 5, 4, 3 });
         ReferenceCurves references(&plot);
         QCOMPARE(references.addFile(path), QString());
         QCOMPARE(references.names(), QStringList { QStringLiteral("old.csv") });
@@ -242,7 +214,7 @@ private Q_SLOTS:
     void reportsWhatDoesNotFit()
     {
         VectorGraphWidget plot;
-        fill(plot, { 6, 5, 4, 3 });
+        fillFourBins(plot, { 6, 5, 4, 3 });
         ReferenceCurves references(&plot);
         references.setView(ReferenceCurves::View::Ratio);
         QVERIFY(!references.problem().isEmpty());
@@ -265,7 +237,7 @@ private Q_SLOTS:
     void stripReservesSpaceBelowThePlot()
     {
         VectorGraphWidget plot;
-        fill(plot, { 16, 16, 16, 16 });
+        fillFourBins(plot, { 16, 16, 16, 16 });
         showActive(plot);
         const QImage before = plot.grab().toImage();
         const QRect whole = PlotMapping::of(plot).plotRect();
@@ -297,7 +269,7 @@ private Q_SLOTS:
     void stripSurvivesAnySizeOfAStyledPlot()
     {
         VectorGraphWidget plot;
-        fill(plot, { 16, 16, 16, 16 });
+        fillFourBins(plot, { 16, 16, 16, 16 });
         new PlotStyle(&plot);
         ReferenceCurves references(&plot);
         references.freeze(QStringLiteral("r"));
@@ -315,7 +287,7 @@ private Q_SLOTS:
     void keysFreezeAndRelease()
     {
         VectorGraphWidget plot;
-        fill(plot, { 1, 2, 3, 4 });
+        fillFourBins(plot, { 1, 2, 3, 4 });
         ReferenceCurves references(&plot);
         showActive(plot);
         QTest::keyClick(&plot, Qt::Key_C, Qt::ShiftModifier);
@@ -334,7 +306,7 @@ private Q_SLOTS:
     void menuOffersViewsAndNorms()
     {
         VectorGraphWidget plot;
-        fill(plot, { 1, 2, 3, 4 });
+        fillFourBins(plot, { 1, 2, 3, 4 });
         ReferenceCurves references(&plot);
         references.freeze();
         QMenu* const menu = references.actions().last()->menu();
@@ -345,28 +317,6 @@ private Q_SLOTS:
         QVERIFY(ratio != nullptr);
         ratio->trigger();
         QCOMPARE(references.view(), ReferenceCurves::View::Ratio);
-    }
-
-    void offersTheLiveTimeOnlyIfItIsKnown()
-    {
-        VectorGraphWidget plot;
-        fill(plot, { 1, 2, 3, 4 });
-        ReferenceCurves references(&plot);
-        references.freeze();
-        const auto canScale = [&] {
-            QMenu* const menu = references.actions().last()->menu();
-            Q_EMIT menu->aboutToShow();
-            for (const QAction* const action : menu->actions()) {
-                if (action->text() == QStringLiteral("Scaled to the Live Time"))
-                    return action->isEnabled();
-            }
-            return false;
-        };
-        QVERIFY(!canScale());
-        references.setLiveTime(10);
-        QVERIFY(!canScale()); // that of the reference is unknown
-        references.freeze();
-        QVERIFY(canScale());
     }
 
     void itsNameIsReadableOverABandOfErrors()
@@ -403,7 +353,7 @@ private Q_SLOTS:
         const QString path = directory.filePath(QStringLiteral("old.csv"));
         QVERIFY(writeDataset(path, dataset(1, 4, 5)).isEmpty());
         VectorGraphWidget plot;
-        fill(plot, { 6, 5, 4, 3 });
+        fillFourBins(plot, { 6, 5, 4, 3 });
         ReferenceCurves references(&plot);
         references.freeze();
         references.addFile(path);
