@@ -1,6 +1,7 @@
 // Reference curves for comparison with live ones.
 #pragma once
 
+#include <tarnis/plots/axisrange.h>
 #include <tarnis/plots/plotoverlay.h>
 #include <tarnis/tools/interactivetool.h>
 
@@ -11,6 +12,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 QT_BEGIN_NAMESPACE
@@ -50,8 +52,9 @@ public:
     /// The factor of the reference, in the plot and in the comparison.
     enum class Norm {
         None, ///< 1
-        TotalCounts, ///< live / reference, total counts of a curve
-        LiveTime ///< live / reference, see setLiveTime(); 1 if either is unknown
+        TotalCounts, ///< live / reference, total counts of a curve; 1 without counts
+        LiveTime, ///< live / reference, see setLiveTime(); 1 if either is unknown
+        RangeCounts ///< live / reference, counts of a curve in normRange(); 1 without counts there
     };
     Q_ENUM(Norm)
 
@@ -63,6 +66,7 @@ public:
     int current() const; ///< index of the compared reference; -1 without one
     View view() const; ///< see View
     Norm norm() const; ///< see Norm
+    AxisRange normRange() const; ///< range of X for Norm::RangeCounts: bins whose centre is in [min, max)
     /// The compared values of a live curve, one for each bin; NaN where undefined. Empty without a matching current
     /// reference, and for View::Over.
     QList<double> compared(int curve) const;
@@ -88,6 +92,7 @@ public:
 public Q_SLOTS:
     void setView(tarnis::ReferenceCurves::View view); ///< see View
     void setNorm(tarnis::ReferenceCurves::Norm norm); ///< see Norm
+    void setNormRange(double lower, double upper); ///< in units of X, selects Norm::RangeCounts; ignored if not a range
     void setLiveTime(double seconds); ///< live time of the live curves, for Norm::LiveTime; 0 or less: unknown
     void setCurrent(int index); ///< an invalid index is ignored
     void removeCurrent(); ///< the last remaining one becomes the current one
@@ -118,7 +123,7 @@ private:
     TARNIS_NO_EXPORT static int curveOf(
         const Reference& reference, int row, const QList<ShownCurve>& curves, qsizetype count);
     TARNIS_NO_EXPORT bool isLiveTimeKnown(const Reference& reference) const;
-    TARNIS_NO_EXPORT double normOf(
+    TARNIS_NO_EXPORT std::optional<double> normOf(
         const Reference& reference, const QList<double>& live, const QList<double>& values) const;
     TARNIS_NO_EXPORT const QList<Pair>& pairs(const QList<ShownCurve>& live) const;
     TARNIS_NO_EXPORT void compare(Pair& pair) const;
@@ -132,14 +137,16 @@ private:
     TARNIS_NO_EXPORT QList<quint8> rowsOf(const Pair& pair, const StripAxis& axis) const;
     TARNIS_NO_EXPORT void paintErrors(QPainter& painter, const StripAxis& axis, const Pair& pair,
         const QList<ColumnRun>& runs, const QColor& colour) const;
-    TARNIS_NO_EXPORT void paintTitle(QPainter& painter, const QRect& strip, bool isContained) const;
+    TARNIS_NO_EXPORT void paintTitle(QPainter& painter, const QRect& strip, const QList<Pair>& shown) const;
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();
+    TARNIS_NO_EXPORT void fillNorms();
 
     QList<Reference> m_references;
     int m_current = -1;
     View m_view = View::Over;
     Norm m_norm = Norm::None;
+    AxisRange m_normRange; // of X
     double m_liveTime = 0.0;
     int m_stripHeight = 0; // in use
     std::unique_ptr<OverlayCache> m_cache; // picture of the curves over the data

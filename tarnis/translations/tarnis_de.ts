@@ -3201,6 +3201,22 @@ Gezeigt ist das Ergebnis von %2.</translation>
 
 %2</translation>
     </message>
+    <message>
+        <source>Scaled to the Counts in the Visible Range</source>
+        <translation>Auf die Zahl im sichtbaren Bereich skaliert</translation>
+    </message>
+    <message>
+        <source>Takes the range of X that is visible now, and keeps it in later views.</source>
+        <translation>Nimmt den jetzt sichtbaren Bereich von X und behält ihn in späteren Ansichten.</translation>
+    </message>
+    <message>
+        <source>Scaled to the counts from %1 to %2. Choose it again to take the range that is visible now.</source>
+        <translation>Auf die Zahl von %1 bis %2 skaliert. Erneut wählen, um den jetzt sichtbaren Bereich zu nehmen.</translation>
+    </message>
+    <message>
+        <source>, not scaled: there are no counts</source>
+        <translation>, nicht skaliert: Es gibt keine Ereignisse</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::RegionStatistics</name>

@@ -366,7 +366,12 @@ private Q_SLOTS:
         QCOMPARE(other.saveState(), state);
         other.restoreState(state); // not twice
         other.restoreState({ { "files", QJsonArray { "/no/such/file.csv", 7 } }, { "view", "x" }, { "norm", 1 } });
+        other.restoreState({ { "norm", "rangeCounts" }, { "normRange", QJsonArray { 5, "x" } } });
         QCOMPARE(other.saveState(), state);
+        references.setNormRange(0.1, 2.7);
+        other.restoreState(references.saveState());
+        QCOMPARE(other.normRange(), (AxisRange { 0.1, 2.7 }));
+        QCOMPARE(other.saveState(), references.saveState());
     }
 
     void survivesOddPlots()
@@ -422,7 +427,7 @@ private Q_SLOTS:
                 break;
             case 3:
                 if (references)
-                    references->setNorm(static_cast<ReferenceCurves::Norm>(whole(generator, 0, 2)));
+                    references->setNorm(static_cast<ReferenceCurves::Norm>(whole(generator, 0, 3)));
                 break;
             case 4:
                 plot.resize(whole(generator, 0, 600), whole(generator, 0, 400));

@@ -16,7 +16,6 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
-#include <numeric>
 
 namespace tarnis {
 
@@ -26,10 +25,28 @@ constexpr int referencesZOrder = 5;
 constexpr int preferredStrip = 120; // pixels
 constexpr int partOfPlot = 3; // at most
 
-double sumOf(const QList<double>& values)
+double sumOf(const QList<double>& values, BinsInView bins)
 {
-    return std::accumulate(values.begin(), values.end(), 0.0,
-        [](double sum, double value) { return std::isfinite(value) ? sum + value : sum; });
+    double sum = 0.0;
+    for (qsizetype i = bins.first; i <= bins.last && i < values.size(); ++i)
+        sum += std::isfinite(values[i]) ? values[i] : 0.0;
+    return sum;
+}
+
+/// Without those at the ends whose centre is outside.
+BinsInView centredIn(const PlotMapping& mapping, AxisRange x)
+{
+    const auto isInside = [&](qsizetype bin) {
+        const AxisRange edges = mapping.columnEdges(bin);
+        const double centre = edges.min + (edges.max - edges.min) / 2.0;
+        return centre >= x.min && centre < x.max;
+    };
+    BinsInView bins = columnsBetween(mapping, x);
+    while (bins.first <= bins.last && !isInside(bins.first))
+        ++bins.first;
+    while (bins.first <= bins.last && !isInside(bins.last))
+        --bins.last;
+    return bins;
 }
 
 QList<double> samplesOf(const ShownCurve& curve)
@@ -95,6 +112,11 @@ ReferenceCurves::View ReferenceCurves::view() const
 ReferenceCurves::Norm ReferenceCurves::norm() const
 {
     return m_norm;
+}
+
+AxisRange ReferenceCurves::normRange() const
+{
+    return m_normRange;
 }
 
 void ReferenceCurves::append(const Reference& reference)
@@ -224,6 +246,17 @@ void ReferenceCurves::setNorm(Norm norm)
     renew();
 }
 
+void ReferenceCurves::setNormRange(double lower, double upper)
+{
+    const AxisRange range { lower, upper };
+    if (!std::isfinite(lower) || !std::isfinite(upper) || lower >= upper
+        || (range == m_normRange && m_norm == Norm::RangeCounts))
+        return;
+    m_normRange = range;
+    m_norm = Norm::RangeCounts;
+    renew();
+}
+
 void ReferenceCurves::setLiveTime(double seconds)
 {
     const double known = std::isfinite(seconds) && seconds > 0.0 ? seconds : 0.0;
@@ -323,14 +356,22 @@ bool ReferenceCurves::isLiveTimeKnown(const Reference& reference) const
     return m_liveTime > 0.0 && reference.liveTime > 0.0;
 }
 
-double ReferenceCurves::normOf(const Reference& reference, const QList<double>& live, const QList<double>& values) const
+/// Empty if what it needs is missing.
+std::optional<double> ReferenceCurves::normOf(
+    const Reference& reference, const QList<double>& live, const QList<double>& values) const
 {
-    double norm = 1.0;
-    if (m_norm == Norm::TotalCounts)
-        norm = sumOf(live) / sumOf(values);
-    else if (m_norm == Norm::LiveTime && isLiveTimeKnown(reference))
-        norm = m_liveTime / reference.liveTime;
-    return std::isfinite(norm) && norm > 0.0 ? norm : 1.0;
+    if (m_norm == Norm::None)
+        return 1.0;
+    double norm = 0.0;
+    if (m_norm == Norm::LiveTime) {
+        norm = isLiveTimeKnown(reference) ? m_liveTime / reference.liveTime : 0.0;
+    } else {
+        const BinsInView bins = m_norm == Norm::RangeCounts
+            ? centredIn(PlotMapping::of(*plot()), m_normRange)
+            : BinsInView { 0, std::max(live.size(), values.size()) - 1 };
+        norm = sumOf(live, bins) / sumOf(values, bins);
+    }
+    return std::isfinite(norm) && norm > 0.0 ? std::optional(norm) : std::nullopt;
 }
 
 /// The curve of the same name. Without a match of names, the curve at the same position if both lists have the same
@@ -368,7 +409,9 @@ const QList<ReferenceCurves::Pair>& ReferenceCurves::pairs(const QList<ShownCurv
                 continue; // hidden with its curve
             if (pair.live >= 0) {
                 pair.samples = samples.at(pair.live);
-                pair.norm = normOf(reference, pair.samples, pair.reference);
+                const std::optional<double> norm = normOf(reference, pair.samples, pair.reference);
+                pair.norm = norm.value_or(1.0);
+                pair.isScaled = norm.has_value();
                 compare(pair);
             }
             m_pairs->all.append(pair);

@@ -31,6 +31,7 @@ struct TARNIS_NO_EXPORT ReferenceCurves::Pair {
     QList<double> reference;
     QList<double> values; // compared; empty where they are not
     double norm = 1.0; // above 0
+    bool isScaled = true; // as chosen; counts or live times can be missing
     bool isContained = false; // the live counts are those of the reference and later ones
 };
 

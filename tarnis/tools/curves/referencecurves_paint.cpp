@@ -1,6 +1,7 @@
 // Drawing, actions and stored views of the reference curves.
 #include "tarnis/foundation/message.h"
 #include "tarnis/plots/curvepaint_p.h"
+#include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/plotstyling_p.h"
 #include "tarnis/plots/xygraphwidget.h"
@@ -29,9 +30,10 @@ namespace {
 
 const QLatin1String viewKey("view");
 const QLatin1String normKey("norm");
+const QLatin1String rangeKey("normRange");
 const QLatin1String filesKey("files");
 constexpr const char* viewNames[] = { "over", "difference", "ratio", "significance" }; // in the order of View
-constexpr const char* normNames[] = { "none", "totalCounts", "liveTime" }; // in the order of Norm
+constexpr const char* normNames[] = { "none", "totalCounts", "liveTime", "rangeCounts" }; // in the order of Norm
 
 void drawFreeze(QPainter& painter, const IconInk& ink)
 {
@@ -216,17 +218,7 @@ void ReferenceCurves::fillMenu()
     addView(tr("Ratio"), View::Ratio);
     addView(tr("Difference in Standard Deviations"), View::Significance);
     m_menu->addSeparator();
-    auto* const norms = new QActionGroup(m_menu);
-    const auto addNorm = [&](const QString& text, Norm norm) {
-        return addChoice(norms, text, norm == m_norm, [this, norm] { setNorm(norm); });
-    };
-    addNorm(tr("As Measured"), Norm::None);
-    addNorm(tr("Scaled to the Total Counts"), Norm::TotalCounts);
-    QAction* const byTime = addNorm(tr("Scaled to the Live Time"), Norm::LiveTime);
-    const bool canScale = m_current < 0 ? m_liveTime > 0.0 : isLiveTimeKnown(m_references.at(m_current));
-    byTime->setEnabled(canScale);
-    if (!canScale)
-        byTime->setToolTip(tr("The live time of the data or of the reference is unknown."));
+    fillNorms();
     if (m_references.isEmpty())
         return;
     m_menu->addSeparator();
@@ -236,6 +228,35 @@ void ReferenceCurves::fillMenu()
     m_menu->addSeparator();
     m_menu->addAction(tr("Remove the Reference"), this, &ReferenceCurves::removeCurrent);
     m_menu->addAction(tr("Remove All References"), this, &ReferenceCurves::clear);
+}
+
+void ReferenceCurves::fillNorms()
+{
+    auto* const norms = new QActionGroup(m_menu);
+    const auto addNorm = [&](const QString& text, Norm norm, const auto& choose) {
+        QAction* const entry = addMenuChoice(*m_menu, *norms, text, norm == m_norm);
+        connect(entry, &QAction::triggered, this, choose);
+        return entry;
+    };
+    addNorm(tr("As Measured"), Norm::None, [this] { setNorm(Norm::None); });
+    addNorm(tr("Scaled to the Total Counts"), Norm::TotalCounts, [this] { setNorm(Norm::TotalCounts); });
+    const auto takeView = [this] {
+        const AxisRange view = PlotMapping::of(*plot()).x();
+        setNormRange(std::min(view.min, view.max), std::max(view.min, view.max));
+    };
+    QAction* const byView = addNorm(tr("Scaled to the Counts in the Visible Range"), Norm::RangeCounts, takeView);
+    QString tip = tr("Takes the range of X that is visible now, and keeps it in later views.");
+    if (m_norm == Norm::RangeCounts) {
+        const AxisRange named = PlotAccess::namedX(*plot(), m_normRange);
+        tip = tr("Scaled to the counts from %1 to %2. Choose it again to take the range that is visible now.")
+                  .arg(readOutNumber(named.min), readOutNumber(named.max));
+    }
+    byView->setToolTip(tip);
+    QAction* const byTime = addNorm(tr("Scaled to the Live Time"), Norm::LiveTime, [this] { setNorm(Norm::LiveTime); });
+    const bool canScale = m_current < 0 ? m_liveTime > 0.0 : isLiveTimeKnown(m_references.at(m_current));
+    byTime->setEnabled(canScale);
+    if (!canScale)
+        byTime->setToolTip(tr("The live time of the data or of the reference is unknown."));
 }
 
 void ReferenceCurves::openFile()
@@ -272,8 +293,11 @@ QJsonObject ReferenceCurves::saveState() const
         if (!reference.path.isEmpty())
             files.append(reference.path);
     }
-    return { { viewKey, QLatin1String(viewNames[static_cast<int>(m_view)]) },
+    QJsonObject state { { viewKey, QLatin1String(viewNames[static_cast<int>(m_view)]) },
         { normKey, QLatin1String(normNames[static_cast<int>(m_norm)]) }, { filesKey, files } };
+    if (m_norm == Norm::RangeCounts)
+        state.insert(rangeKey, QJsonArray { m_normRange.min, m_normRange.max });
+    return state;
 }
 
 void ReferenceCurves::restoreState(const QJsonObject& state)
@@ -283,10 +307,14 @@ void ReferenceCurves::restoreState(const QJsonObject& state)
         if (state.value(viewKey).toString() == QLatin1String(viewNames[i]))
             setView(static_cast<View>(i));
     }
+    const QString norm = state.value(normKey).toString();
+    const QJsonArray range = state.value(rangeKey).toArray();
     for (int i = 0; i < 3 && !self.isNull(); ++i) {
-        if (state.value(normKey).toString() == QLatin1String(normNames[i]))
+        if (norm == QLatin1String(normNames[i]))
             setNorm(static_cast<Norm>(i));
     }
+    if (!self.isNull() && norm == QLatin1String(normNames[3]))
+        setNormRange(range.at(0).toDouble(), range.at(1).toDouble());
     const QJsonArray files = state.value(filesKey).toArray();
     for (const auto& file : files) {
         if (self.isNull())

@@ -246,9 +246,7 @@ void ReferenceCurves::paintStrip(QPainter& painter, const PlotMapping& mapping, 
     }
     marks.finish(painter);
     painter.restore();
-    const bool isContained =
-        std::any_of(compared.begin(), compared.end(), [](const Pair& pair) { return pair.isContained; });
-    paintTitle(painter, strip, isContained);
+    paintTitle(painter, strip, compared);
 }
 
 QList<quint8> ReferenceCurves::rowsOf(const Pair& pair, const StripAxis& axis) const
@@ -278,16 +276,19 @@ void ReferenceCurves::paintErrors(QPainter& painter, const StripAxis& axis, cons
     }
 }
 
-void ReferenceCurves::paintTitle(QPainter& painter, const QRect& strip, bool isContained) const
+void ReferenceCurves::paintTitle(QPainter& painter, const QRect& strip, const QList<Pair>& shown) const
 {
+    const bool isContained = std::any_of(shown.begin(), shown.end(), [](const Pair& pair) { return pair.isContained; });
+    const bool isScaled = std::all_of(shown.begin(), shown.end(), [](const Pair& pair) { return pair.isScaled; });
     const QString name = m_references.at(m_current).name;
     QString title = m_view == View::Ratio ? tr("data / %1").arg(name)
         : m_view == View::Significance    ? tr("(data − %1) / σ").arg(name)
                                           : tr("data − %1").arg(name);
     if (isContained)
         title += m_norm == Norm::None ? tr(", errors of the counts since") : tr(", part of the data");
-    if (m_norm == Norm::LiveTime && !isLiveTimeKnown(m_references.at(m_current)))
-        title += tr(", not scaled: the live time is unknown");
+    if (!isScaled)
+        title += m_norm == Norm::LiveTime ? tr(", not scaled: the live time is unknown")
+                                          : tr(", not scaled: there are no counts");
     paintLabel(painter, title, { strip.right() - 3, strip.top() + 3 }, Qt::AlignRight);
 }
 
