@@ -192,6 +192,28 @@ private Q_SLOTS:
         QCOMPARE(map.grab().toImage(), before);
     }
 
+    void countsBinsOfAnyWidth_data()
+    {
+        QTest::addColumn<double>("end");
+        QTest::newRow("narrow bins") << 1.0;
+        QTest::newRow("bins of one unit") << 8000.0;
+        QTest::newRow("wide bins") << 4e6;
+    }
+    void countsBinsOfAnyWidth()
+    {
+        QFETCH(const double, end);
+        VectorGraphWidget plot;
+        plot.init("Time", "Counts", end, 100, true, true);
+        plot.initManualX(0, end);
+        plot.initManualY(0, 100);
+        plot.setData(QList<double>(8000, 50.0));
+        const BinAggregation aggregation(&plot);
+        show(plot);
+        const double expected = 8000.0 / PlotMapping::of(plot).frameRect().width();
+        QVERIFY2(std::abs(aggregation.binsPerPixelX() / expected - 1.0) < 0.01,
+            qPrintable(QString::number(aggregation.binsPerPixelX())));
+    }
+
     void curvesGetAnEnvelope()
     {
         VectorGraphWidget plot;

@@ -52,9 +52,10 @@ void drawPeaks(QPainter& painter, const IconInk& ink)
     painter.drawPolyline(QPolygonF { { 2.0, 8.0 }, { 6.0, 7.0 }, { 8.0, 2.0 }, { 10.0, 7.0 }, { 14.0, 8.0 } });
 }
 
-double binsPerPixel(qsizetype bins, AxisRange bin, double pixels)
+/// With a bin's edges and the pixels for each unit of the axis.
+double binsPerPixel(qsizetype bins, AxisRange bin, double pixelsPerUnit)
 {
-    const double width = std::abs(pixels) / std::abs(bin.max - bin.min);
+    const double width = std::abs(pixelsPerUnit * (bin.max - bin.min));
     return bins > 0 && width > 0.0 && std::isfinite(width) ? std::max(1.0 / width, 1.0) : 1.0;
 }
 
