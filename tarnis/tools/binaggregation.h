@@ -58,6 +58,7 @@ Q_SIGNALS:
     void methodChanged(); ///< see method()
 
 protected:
+    QList<QRect> nameBoxes() const override; ///< the note in a corner
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
@@ -65,6 +66,8 @@ private:
     TARNIS_NO_EXPORT void makeActions();
     TARNIS_NO_EXPORT void fillMenu();
     TARNIS_NO_EXPORT bool isShown() const;
+    TARNIS_NO_EXPORT QString noteText() const;
+    TARNIS_NO_EXPORT QRect noteBox(const PlotMapping& mapping, const QSize& label) const;
     TARNIS_NO_EXPORT void paintEnvelope(
         QPainter& painter, const PlotMapping& mapping, const ShownCurve& curve, const QList<ColumnRun>& runs) const;
 

@@ -106,6 +106,7 @@ Q_SIGNALS:
 protected:
     bool handleEvent(QEvent* event) override;
     bool handleKey(const QKeyEvent& event) override;
+    QList<QRect> nameBoxes() const override; ///< the name of the current one
     void plotChanged(Changes changes) override;
     void paintOverlay(QPainter& painter, const PlotMapping& mapping) override;
 
@@ -128,6 +129,7 @@ private:
     TARNIS_NO_EXPORT const QList<Pair>& pairs(const QList<ShownCurve>& live) const;
     TARNIS_NO_EXPORT void compare(Pair& pair) const;
     TARNIS_NO_EXPORT QList<Pair> comparedPairs(const QList<ShownCurve>& live) const;
+    TARNIS_NO_EXPORT QRect nameBox(const PlotMapping& mapping, const QSize& label) const;
     TARNIS_NO_EXPORT void paintName(QPainter& painter, const PlotMapping& mapping) const;
     TARNIS_NO_EXPORT void paintReferences(
         QPainter& painter, const PlotMapping& mapping, const QList<ShownCurve>& live) const;

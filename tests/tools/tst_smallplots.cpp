@@ -7,13 +7,16 @@
 #include <tarnis/plots/plotmapping.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/plots/xy2dgraphwidget.h>
+#include <tarnis/tools/binaggregation.h>
 #include <tarnis/tools/colourlevels.h>
 #include <tarnis/tools/plotcrosshair.h>
 #include <tarnis/tools/plotlegend.h>
 #include <tarnis/tools/plotmarkers.h>
+#include <tarnis/tools/plotnavigator.h>
 #include <tarnis/tools/plotregions.h>
 #include <tarnis/tools/plotruler.h>
 #include <tarnis/tools/plotstyle.h>
+#include <tarnis/tools/referencecurves.h>
 
 #include <QTest>
 
@@ -100,6 +103,25 @@ private Q_SLOTS:
         cross.pinAt({ 55.0, 5.0 });
         QVERIFY(cross.textBox().bottom() <= PlotMapping::of(plot).frameRect().top()); // beside the title
         QVERIFY(cross.textBox().width() < plot.fontMetrics().horizontalAdvance(cross.text())); // the brief text
+    }
+
+    void namesAtTheBorderAreApart()
+    {
+        VectorGraphWidget plot;
+        fill(plot, QList<double>(5000, 4.0)); // several bins per pixel
+        PlotNavigator navigator(&plot);
+        ReferenceCurves references(&plot);
+        BinAggregation envelope(&plot);
+        PlotRuler ruler(&plot);
+        showActive(plot, { 600, 300 });
+        envelope.setMethod(BinAggregation::Method::Maximum);
+        references.freeze(QStringLiteral("before"));
+        navigator.zoomIn();
+        ruler.setEnds({ 5.0, 0.0 }, { 95.0, 0.0 }); // beyond both borders
+        QCOMPARE(references.overlayBoxes().size(), 1);
+        QCOMPARE(envelope.overlayBoxes().size(), 1);
+        QVERIFY(areApart(
+            references.overlayBoxes() + navigator.overlayBoxes() + envelope.overlayBoxes() + ruler.overlayBoxes()));
     }
 
     void namesOfMarkersAndRegionsAreApart()

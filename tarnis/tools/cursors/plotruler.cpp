@@ -370,11 +370,11 @@ QPointF PlotRuler::pixelOf(const PlotMapping& mapping, const QPointF& end) const
         std::round(limitedCoordinate(mapping.rowOf(place.y()))) };
 }
 
-/// Above the legend and the marks of held axes, and above each other.
+/// Above the legend, the marks of held axes, other names, and each other.
 std::array<PlotRuler::Name, 2> PlotRuler::names(const PlotMapping& mapping, const QFont& font) const
 {
     const QRect rect = mapping.frameRect();
-    QList<QRect> taken = cornerBoxesOf(*plot());
+    QList<QRect> taken = cornerBoxesOf(*plot()) + nameBoxesOf(*plot());
     const auto nameOf = [&](const QString& name, const QPointF& end) -> Name {
         const int column = static_cast<int>(end.x());
         const bool isLeft = column < rect.left();

@@ -6,6 +6,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/plots/raster/deviceimage_p.h"
+#include "tarnis/tools/base/labelplacement_p.h"
 #include "tarnis/tools/base/overlaycache_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
@@ -13,6 +14,7 @@
 #include "tarnis/tools/curves/envelope_p.h"
 
 #include <QActionGroup>
+#include <QFontMetrics>
 #include <QMenu>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -137,12 +139,32 @@ void BinAggregation::paintOverlay(QPainter& painter, const PlotMapping& mapping)
         for (const ShownCurve& curve : curves)
             paintEnvelope(inside, mapping, curve, runs);
     });
+    const LabelLayout note(noteText(), painter.font());
+    note.paint(painter, noteBox(mapping, note.size()).topLeft());
+}
+
+QString BinAggregation::noteText() const
+{
     const QString method = m_method == Method::Mean ? tr("mean") : m_method == Method::Sum ? tr("sum") : tr("maximum");
-    const QString bins = curves.isEmpty()
+    const QString bins = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr
         ? QStringLiteral("%1 × %2").arg(binsPerPixelX(), 0, 'g', 3).arg(binsPerPixelY(), 0, 'g', 3)
         : QString::number(binsPerPixelX(), 'g', 3);
-    paintLabel(painter, tr("%1 of %2 bins per pixel").arg(method, bins),
-        mapping.frameRect().bottomLeft() + QPoint(4, -4), Qt::AlignLeft | Qt::AlignBottom);
+    return tr("%1 of %2 bins per pixel").arg(method, bins);
+}
+
+QRect BinAggregation::noteBox(const PlotMapping& mapping, const QSize& label) const
+{
+    const QRect rect = mapping.frameRect();
+    const QRect corner = labelFrame(label, rect.bottomLeft() + QPoint(4, -4), Qt::AlignLeft | Qt::AlignBottom);
+    return movedPast(corner, rect, cornerBoxesOf(*plot()), Qt::RightEdge);
+}
+
+QList<QRect> BinAggregation::nameBoxes() const
+{
+    const PlotMapping mapping = plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (!mapping.isValid() || !isShown())
+        return {};
+    return { noteBox(mapping, labelSize(QFontMetrics(plot()->font()), noteText())) };
 }
 
 void BinAggregation::paintEnvelope(

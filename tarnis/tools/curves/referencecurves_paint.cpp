@@ -16,6 +16,7 @@
 #include <QActionGroup>
 #include <QCoreApplication>
 #include <QFileDialog>
+#include <QFontMetrics>
 #include <QJsonArray>
 #include <QMenu>
 #include <QPainter>
@@ -172,12 +173,25 @@ void ReferenceCurves::paintReferences(
 }
 
 /// Beside the legend and the marks of held axes, which would cover the name.
+QRect ReferenceCurves::nameBox(const PlotMapping& mapping, const QSize& label) const
+{
+    const QRect rect = mapping.frameRect();
+    const QRect corner = labelFrame(label, rect.bottomRight() - QPoint(4, 4), Qt::AlignRight | Qt::AlignBottom);
+    return movedPast(corner, rect, cornerBoxesOf(*plot()), Qt::LeftEdge);
+}
+
 void ReferenceCurves::paintName(QPainter& painter, const PlotMapping& mapping) const
 {
     const LabelLayout label(m_references.at(m_current).name, painter.font());
-    const QRect rect = mapping.frameRect();
-    const QRect corner = labelFrame(label.size(), rect.bottomRight() - QPoint(4, 4), Qt::AlignRight | Qt::AlignBottom);
-    label.paint(painter, movedPast(corner, rect, cornerBoxesOf(*plot()), Qt::LeftEdge).topLeft());
+    label.paint(painter, nameBox(mapping, label.size()).topLeft());
+}
+
+QList<QRect> ReferenceCurves::nameBoxes() const
+{
+    const PlotMapping mapping = m_current >= 0 && plot() != nullptr ? PlotMapping::of(*plot()) : PlotMapping();
+    if (!mapping.isValid())
+        return {};
+    return { nameBox(mapping, labelSize(QFontMetrics(plot()->font()), m_references.at(m_current).name)) };
 }
 
 void ReferenceCurves::makeActions()
