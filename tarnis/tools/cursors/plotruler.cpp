@@ -11,7 +11,6 @@
 #include "tarnis/tools/base/readoutlabels_p.h"
 #include "tarnis/tools/cursors/rulerreading_p.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
@@ -313,54 +312,6 @@ void PlotRuler::endDrag(bool cancel)
     m_from = m_wasFrom;
     m_to = m_wasTo;
     renew();
-}
-
-bool PlotRuler::claimsKey(const QKeyEvent& event) const
-{
-    return m_isOn && (event.key() == Qt::Key_Escape || (m_isSet && event.matches(QKeySequence::Copy)));
-}
-
-bool PlotRuler::handleKey(const QKeyEvent& event)
-{
-    const bool isPlain = event.modifiers() == Qt::NoModifier;
-    if (event.key() == Qt::Key_R && isPlain) {
-        setOn(!m_isOn);
-        return true;
-    }
-    if (!m_isOn)
-        return false;
-    if (event.matches(QKeySequence::Copy) && m_isSet) {
-        copy();
-        return true;
-    }
-    if (moveEndBy(binsOfKey(event)))
-        return true;
-    if (event.key() == Qt::Key_Space && isPlain && m_isSet && m_grip == Grip::None) {
-        setEnds(QPointF(m_to), QPointF(m_from)); // copies, as both ends change
-        return true;
-    }
-    if (event.key() != Qt::Key_Escape || !isPlain)
-        return false;
-    if (m_grip != Grip::None)
-        endDrag(true);
-    else if (m_isSet)
-        clear();
-    else
-        setOn(false);
-    return true;
-}
-
-/// Moves x₂, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
-/// move: the ends follow curves along Y.
-bool PlotRuler::moveEndBy(const QPoint& bins)
-{
-    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
-    const PlotMapping mapping = PlotMapping::of(*plot());
-    if (bins.isNull() || (bins.x() == 0 && !isMap) || m_grip != Grip::None || !mapping.isValid())
-        return false;
-    const QPointF from = m_isSet ? m_from : mapping.valueAt(QRectF(mapping.plotRect()).center());
-    setEnds(from, movedByBins(mapping, m_isSet ? m_to : from, bins.x(), bins.y()));
-    return true;
 }
 
 QPointF PlotRuler::pixelOf(const PlotMapping& mapping, const QPointF& end) const

@@ -1,9 +1,12 @@
-// The actions and the stored state of the ruler.
+// The keys, the actions and the stored state of the ruler.
 #include "tarnis/tools/plotruler.h"
 
+#include "tarnis/plots/plotmapping.h"
+#include "tarnis/plots/xy2dgraphwidget.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
 
@@ -33,6 +36,54 @@ void drawSum(QPainter& painter, const IconInk& ink)
 }
 
 } // namespace
+
+bool PlotRuler::claimsKey(const QKeyEvent& event) const
+{
+    return m_isOn && (event.key() == Qt::Key_Escape || (m_isSet && event.matches(QKeySequence::Copy)));
+}
+
+bool PlotRuler::handleKey(const QKeyEvent& event)
+{
+    const bool isPlain = event.modifiers() == Qt::NoModifier;
+    if (event.key() == Qt::Key_R && isPlain) {
+        setOn(!m_isOn);
+        return true;
+    }
+    if (!m_isOn)
+        return false;
+    if (event.matches(QKeySequence::Copy) && m_isSet) {
+        copy();
+        return true;
+    }
+    if (moveEndBy(binsOfKey(event)))
+        return true;
+    if (event.key() == Qt::Key_Space && isPlain && m_isSet && m_grip == Grip::None) {
+        setEnds(QPointF(m_to), QPointF(m_from)); // copies, as both ends change
+        return true;
+    }
+    if (event.key() != Qt::Key_Escape || !isPlain)
+        return false;
+    if (m_grip != Grip::None)
+        endDrag(true);
+    else if (m_isSet)
+        clear();
+    else
+        setOn(false);
+    return true;
+}
+
+/// Moves x₂, by keyboard. Without a ruler one begins in the middle of the view. Returns false if there is nothing to
+/// move: the ends follow curves along Y.
+bool PlotRuler::moveEndBy(const QPoint& bins)
+{
+    const bool isMap = qobject_cast<const XY2DGraphWidget*>(plot()) != nullptr;
+    const PlotMapping mapping = PlotMapping::of(*plot());
+    if (bins.isNull() || (bins.x() == 0 && !isMap) || m_grip != Grip::None || !mapping.isValid())
+        return false;
+    const QPointF from = m_isSet ? m_from : mapping.valueAt(QRectF(mapping.plotRect()).center());
+    setEnds(from, movedByBins(mapping, m_isSet ? m_to : from, bins.x(), bins.y()));
+    return true;
+}
 
 void PlotRuler::makeActions()
 {
