@@ -7,6 +7,8 @@
 #include <QPointF>
 #include <QPointer>
 
+#include <memory>
+
 QT_BEGIN_NAMESPACE
 class QMenu;
 class QTimer;
@@ -15,6 +17,8 @@ class VectorGraphWidget;
 class XY2DGraphWidget;
 
 namespace tarnis {
+
+class MenuTool;
 
 /// A line, or a band, in any direction across a map, and a plot of the bins along it. The profile is updated when the
 /// line is dragged and when data arrive. The steps of the profile are as long as a bin in the direction of the line.
@@ -120,6 +124,7 @@ private:
     QMenu* m_menu = nullptr; // menu of the action
     QAction* m_switch = nullptr;
     QAction* m_menuAction = nullptr;
+    std::unique_ptr<MenuTool> m_menuTool;
 };
 
 } // namespace tarnis

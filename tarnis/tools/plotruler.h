@@ -17,6 +17,7 @@ QT_END_NAMESPACE
 namespace tarnis {
 
 class LabelLayout;
+class MenuTool;
 struct RulerReading;
 
 /// A ruler between two positions x₁ and x₂. A text in the plot shows the distances along both axes, the inverse of the
@@ -92,6 +93,7 @@ private:
     TARNIS_NO_EXPORT QPointF pixelOf(const PlotMapping& mapping, const QPointF& end) const;
     TARNIS_NO_EXPORT std::array<Name, 2> names(const PlotMapping& mapping, const QFont& font) const;
     TARNIS_NO_EXPORT Drawing drawing(const PlotMapping& mapping, const QFont& font) const;
+    TARNIS_NO_EXPORT QRect usualRow(const QRect& inside, const QList<QRect>& taken, const LabelLayout*& layout) const;
     TARNIS_NO_EXPORT QRect textRow(const PlotMapping& mapping, const QFont& font, const LabelLayout*& layout) const;
 
     bool m_isOn = false;
@@ -106,6 +108,7 @@ private:
     QString m_briefText; // for small plots
     std::unique_ptr<Sums> m_sums;
     std::unique_ptr<Label> m_label;
+    std::unique_ptr<MenuTool> m_menuTool;
     QAction* m_switch = nullptr;
     QAction* m_copy = nullptr;
 };

@@ -14,12 +14,14 @@
 #include <tarnis/tools/plotruler.h>
 #include <tarnis/tools/plotstyle.h>
 
+#include <QAction>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWindow>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -50,6 +52,42 @@ class TestLineProfile : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theMouseToolChosenLastHasTheDrags()
+    {
+        XY2DGraphWidget map;
+        fill(map);
+        LineProfile profile(&map);
+        PlotRuler ruler(&map);
+        showActive(map);
+        const QList<QAction*> entries = map.actions();
+        const auto rectangle = std::find_if(entries.begin(), entries.end(),
+            [](const QAction* entry) { return entry->text() == QLatin1String("Rectangle"); });
+        QVERIFY(rectangle != entries.end());
+        PlotMouse mouse(map);
+        const QPoint from = pixelOf(map, 5, 1.5);
+        const QPoint to = pixelOf(map, 9, 4.5);
+        const auto drag = [&] { mouse.drag(from, to); };
+        ruler.setOn(true);
+        drag();
+        QVERIFY(ruler.isSet());
+        ruler.clear();
+        profile.setOn(true);
+        const QPointF end = profile.to();
+        (*rectangle)->trigger();
+        drag();
+        QVERIFY(!ruler.isSet());
+        QCOMPARE(profile.to(), end);
+        QVERIFY(rangeX(map).max < 12.0); // zoomed
+        (*rectangle)->trigger();
+        drag();
+        QVERIFY(profile.to() != end);
+        (*rectangle)->trigger();
+        ruler.setOn(false);
+        ruler.setOn(true); // after the rectangle
+        drag();
+        QVERIFY(ruler.isSet());
+    }
+
     void theProfileFollowsTheStyleOfTheMap()
     {
         XY2DGraphWidget map;

@@ -4,6 +4,7 @@
 #include "tarnis/plots/plotmapping.h"
 #include "tarnis/tools/base/blocksums_p.h"
 #include "tarnis/tools/base/labelplacement_p.h"
+#include "tarnis/tools/base/menutool_p.h"
 #include "tarnis/tools/base/plotcurves_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
@@ -85,6 +86,7 @@ PlotRuler::PlotRuler(XYGraphWidget* plot)
     , PlotOverlay(plot, rulerZOrder)
     , m_sums(std::make_unique<Sums>())
     , m_label(std::make_unique<Label>())
+    , m_menuTool(std::make_unique<MenuTool>())
 {
     makeActions();
 }
@@ -133,6 +135,8 @@ void PlotRuler::setOn(bool on)
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
     if (on) {
         receiveEventsFirst(); // the tool that was switched on last gets the drags
+        if (plot() != nullptr)
+            m_menuTool->note(*plot());
         showCursor(Qt::CrossCursor);
     } else {
         restoreCursor();
@@ -260,7 +264,8 @@ bool PlotRuler::handlePress(const QMouseEvent& event)
     const PlotMapping mapping = PlotMapping::of(*plot());
     if (!m_isOn || m_grip != Grip::None)
         return m_grip != Grip::None;
-    if (event.button() != Qt::LeftButton || !isOverPlot(mapping, event.position()))
+    if (event.button() != Qt::LeftButton || !isOverPlot(mapping, event.position())
+        || m_menuTool->isChosenSince(*plot()))
         return false;
     plot()->setFocus(Qt::MouseFocusReason);
     m_wasSet = m_isSet;
@@ -401,6 +406,8 @@ QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font, const La
     const int maxLines = std::max(inside.height() / 2 / std::max(QFontMetrics(font).lineSpacing(), 1), 1);
     m_label->full.use(m_text, font);
     m_label->brief.use(m_briefText, font);
+    if (const QRect usual = usualRow(inside, taken, layout); !usual.isNull())
+        return usual;
     QList<QRect> corners = cornerBoxesOf(*plot());
     for (const auto& [labels, boxes] : { std::pair(&m_label->full, &taken), std::pair(&m_label->brief, &taken),
              std::pair(&m_label->brief, &corners) }) {
@@ -413,6 +420,25 @@ QRect PlotRuler::textRow(const PlotMapping& mapping, const QFont& font, const La
     const QRect row = gap.width() >= inside.width() / 2 ? gap : QRect(inside.topLeft(), QSize(inside.width(), 1));
     layout = &m_label->brief.inLines(std::max(row.width() - labelPadding - 2, 1), maxLines);
     return labelFrame(layout->size(), row.topRight(), Qt::AlignRight);
+}
+
+/// A line, or a block of half the plot's width that is not high; null if there is no such space.
+QRect PlotRuler::usualRow(const QRect& inside, const QList<QRect>& taken, const LabelLayout*& layout) const
+{
+    constexpr double usualWidth = 0.48; // as the values of the cross
+    ReadOutLabels& full = m_label->full;
+    const int half = static_cast<int>(inside.width() * usualWidth) - labelPadding;
+    for (const int width : { full.parts->width() + 1, half }) {
+        const auto count = static_cast<int>(full.parts->texts.size());
+        const auto lines = static_cast<int>(lineCount(*full.parts, width, count));
+        if (isElided(*full.parts, width, lines) || full.heightOf(lines) > inside.height() / 4)
+            continue;
+        layout = &full.inLines(width, lines);
+        const QRect row = freeRow(inside, layout->size(), taken);
+        if (row.width() >= layout->size().width())
+            return labelFrame(layout->size(), row.topRight(), Qt::AlignRight);
+    }
+    return {};
 }
 
 QRect PlotRuler::textBox() const

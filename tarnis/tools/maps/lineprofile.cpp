@@ -3,6 +3,7 @@
 #include "tarnis/plots/plotaccess_p.h"
 #include "tarnis/plots/plotpixmap_p.h"
 #include "tarnis/plots/raster/deviceimage_p.h"
+#include "tarnis/tools/base/menutool_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/maps/lineprofile_p.h"
@@ -39,6 +40,7 @@ QPoint labelPlace(const QPointF& start)
 LineProfile::LineProfile(XY2DGraphWidget* map)
     : InteractiveTool(map, KeyboardFocus)
     , PlotOverlay(map, profileZOrder)
+    , m_menuTool(std::make_unique<MenuTool>())
 {
     if (map != nullptr)
         makePlot();
@@ -141,10 +143,12 @@ void LineProfile::setOn(bool on)
     m_isOn = on;
     m_switch->setChecked(on);
     setNeeds(on ? MouseMoves | KeyboardFocus : Needs(KeyboardFocus));
-    if (on)
+    if (on) {
         receiveEventsFirst(); // the tool that was switched on last gets the drags
-    else
+        m_menuTool->note(*plot());
+    } else {
         restoreCursor();
+    }
     const PlotMapping mapping = PlotMapping::of(*plot());
     if (on && !m_isSet && mapping.isValid()) {
         const auto [left, right] = mapping.x();

@@ -1,5 +1,6 @@
 // Mouse, keys, actions and stored views of the line profile.
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/base/menutool_p.h"
 #include "tarnis/tools/base/plotlabel_p.h"
 #include "tarnis/tools/base/plotpositions_p.h"
 #include "tarnis/tools/base/toolaction_p.h"
@@ -140,7 +141,8 @@ bool LineProfile::handlePress(const QMouseEvent& event)
     const PlotMapping mapping = PlotMapping::of(*plot());
     if (!m_isOn || m_grip != Grip::None)
         return m_grip != Grip::None;
-    if (event.button() != Qt::LeftButton || !isOverPlot(mapping, event.position()))
+    if (event.button() != Qt::LeftButton || !isOverPlot(mapping, event.position())
+        || m_menuTool->isChosenSince(*plot()))
         return false;
     plot()->setFocus(Qt::MouseFocusReason);
     m_wasFrom = m_from;
