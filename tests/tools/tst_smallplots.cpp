@@ -75,6 +75,9 @@ private Q_SLOTS:
             cross.pinAt({ x, 5.0 });
             QVERIFY(areApart(legend.overlayBoxes() + QList<QRect> { cross.textBox(), ruler.textBox() }));
             QVERIFY(plot.rect().contains(cross.textBox()) && plot.rect().contains(ruler.textBox()));
+            const PlotMapping mapping = PlotMapping::of(plot);
+            const QRect line(qRound(mapping.columnOf(x)), mapping.frameRect().top(), 1, mapping.frameRect().height());
+            QVERIFY(!cross.textBox().intersects(line));
         }
         QVERIFY(!legend.overlayBoxes().isEmpty());
         QVERIFY(cross.text().contains(QStringLiteral("Channel"))); // in the status bar of a host

@@ -408,7 +408,8 @@ PlotCrosshair::Label PlotCrosshair::labelAt(
     };
     const QList<QRect> taken = boxesOver(*plot());
     const PlacedReadOut usual = placedUsually(full, space, taken);
-    const bool isUsual = isReadable(usual, full, taken);
+    const bool isFree = isReadable(usual, full, taken);
+    const bool isUsual = isFree && space.side.contains(aligned(usual).box); // beside the cross
     if (isUsual && areaOf(usual.layout->size()) <= areaOf(inside.size()) * smallShare)
         return aligned(usual);
     ReadOutLabels& brief = m_labels->brief;
@@ -425,7 +426,7 @@ PlotCrosshair::Label PlotCrosshair::labelAt(
             placed.layout != nullptr)
             return aligned(placed);
     }
-    return aligned(placedUsually(brief, space, last));
+    return aligned(isFree ? placedUsually(full, space, taken) : placedUsually(brief, space, last));
 }
 
 PlotCrosshair::Label PlotCrosshair::labelAbove(const PlotMapping& mapping, ReadOutLabels& labels) const

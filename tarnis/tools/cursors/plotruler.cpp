@@ -431,7 +431,7 @@ QRect PlotRuler::usualRow(const QRect& inside, const QList<QRect>& taken, const 
     for (const int width : { full.parts->width() + 1, half }) {
         const auto count = static_cast<int>(full.parts->texts.size());
         const auto lines = static_cast<int>(lineCount(*full.parts, width, count));
-        if (isElided(*full.parts, width, lines) || full.heightOf(lines) > inside.height() / 4)
+        if (isElided(*full.parts, width, lines) || full.heightOf(lines) > inside.height() / 3)
             continue;
         layout = &full.inLines(width, lines);
         const QRect row = freeRow(inside, layout->size(), taken);
