@@ -54,19 +54,45 @@ int FlowLayout::gap() const
 QList<FlowLayout::Line> FlowLayout::lines(int width) const
 {
     QList<Line> found;
-    for (QLayoutItem* const item : m_items) {
-        const bool isSpacer = item->spacerItem() != nullptr;
-        if (item->isEmpty() && !isSpacer)
-            continue; // a hidden control
-        const int wanted = std::min(widthOf(*item), width);
-        if (found.isEmpty() || (!found.last().items.isEmpty() && found.last().width + gap() + wanted > width))
-            found.append(Line());
-        Line& line = found.last();
-        line.width += (line.items.isEmpty() ? 0 : gap()) + wanted;
-        line.height = std::max(line.height, item->sizeHint().height());
-        line.items.append(item);
+    bool isBehind = false; // a spacer
+    const auto hasRoom = [&](int wanted) { return !found.isEmpty() && found.last().width + gap() + wanted <= width; };
+    for (int i = 0; i < m_items.size(); ++i) {
+        QLayoutItem* const item = m_items.at(i);
+        if (item->spacerItem() != nullptr) {
+            isBehind = true;
+            const int behind = widthBehind(i, width);
+            if (!found.isEmpty() && (behind == 0 || behind > width || hasRoom(gap() + behind)))
+                append(found.last(), item, width);
+            else
+                found.append(Line { {}, 0, 0, true });
+            continue;
+        }
+        if (item->isEmpty()) // a hidden control
+            continue;
+        const bool isFirst = !found.isEmpty() && found.last().items.isEmpty();
+        if (!isFirst && !hasRoom(std::min(widthOf(*item), width)))
+            found.append(Line { {}, 0, 0, isBehind });
+        append(found.last(), item, width);
     }
     return found;
+}
+
+/// Width of the items between a spacer and the next one.
+int FlowLayout::widthBehind(int spacer, int width) const
+{
+    Line line;
+    for (int i = spacer + 1; i < m_items.size() && m_items.at(i)->spacerItem() == nullptr; ++i) {
+        if (!m_items.at(i)->isEmpty())
+            append(line, m_items.at(i), width);
+    }
+    return line.width;
+}
+
+void FlowLayout::append(Line& line, QLayoutItem* item, int width) const
+{
+    line.width += (line.items.isEmpty() ? 0 : gap()) + std::min(widthOf(*item), width);
+    line.height = std::max(line.height, item->sizeHint().height());
+    line.items.append(item);
 }
 
 void FlowLayout::place(const Line& line, const QRect& rect) const
@@ -75,7 +101,7 @@ void FlowLayout::place(const Line& line, const QRect& rect) const
         std::count_if(line.items.begin(), line.items.end(), [](const QLayoutItem* item) { return expands(*item); }));
     int spare = std::max(0, rect.width() - line.width);
     int left = expanding;
-    int x = rect.left();
+    int x = rect.left() + (line.isAtEnd && expanding == 0 ? spare : 0);
     for (QLayoutItem* const item : line.items) {
         int width = std::min(widthOf(*item), rect.width());
         if (expands(*item)) {

@@ -7,8 +7,8 @@
 namespace console {
 
 /// Places its items from left to right and starts a new line when the next item does not fit. Items that expand
-/// horizontally, including spacers, share the remaining width of their line. The layout is never wider than its widest
-/// item needs.
+/// horizontally, including spacers, share the remaining width of their line. What follows a spacer stays at the right
+/// end, and together if a line has room for it. The layout is never wider than its widest item needs.
 class FlowLayout : public QLayout {
     Q_OBJECT
 public:
@@ -31,9 +31,12 @@ protected:
         QList<QLayoutItem*> items;
         int width = 0; ///< width of the items at their preferred sizes, with the gaps
         int height = 0;
+        bool isAtEnd = false; ///< continues what follows a spacer
     };
 
     QList<Line> lines(int width) const;
+    int widthBehind(int spacer, int width) const;
+    void append(Line& line, QLayoutItem* item, int width) const;
     void place(const Line& line, const QRect& rect) const;
     int gap() const;
 
