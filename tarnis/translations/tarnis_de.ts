@@ -1083,6 +1083,10 @@
         <source>Limits at %L1 and %L2 % of the Bins</source>
         <translation>Grenzen bei %L1 und %L2 % der Bins</translation>
     </message>
+    <message>
+        <source>The map is too narrow for the histogram.</source>
+        <translation>Die Karte ist zu schmal für das Histogramm.</translation>
+    </message>
 </context>
 <context>
     <name>tarnis::ColourMaps</name>

@@ -18,6 +18,7 @@
 #include <tarnis/tools/plotstyle.h>
 #include <tarnis/tools/referencecurves.h>
 
+#include <QAction>
 #include <QTest>
 
 using namespace tarnis;
@@ -169,6 +170,8 @@ private Q_SLOTS:
         for (const int width : { 600, 300, 600 }) {
             showActive(map, { width, 300 });
             QCOMPARE(strip->isVisible(), width > 300);
+            QCOMPARE(levels.actions().constFirst()->isEnabled(), width > 300);
+            QCOMPARE(levels.actions().constFirst()->toolTip().contains("too narrow"), width == 300);
             QVERIFY(PlotMapping::of(map).plotRect().width() > width / 2);
         }
         QVERIFY(levels.isStripVisible());

@@ -3,6 +3,7 @@
 #include "tarnis/plots/colorbarwidget.h"
 #include "tarnis/plots/mapcolouring_p.h"
 #include "tarnis/plots/plotaccess_p.h"
+#include "tarnis/tools/base/toolaction_p.h"
 #include "tarnis/tools/colourmaps.h"
 #include "tarnis/tools/maps/levelstrip_p.h"
 #include "tarnis/tools/navigation/viewcontrol_p.h"
@@ -180,7 +181,10 @@ void ColourLevels::setStripVisible(bool visible)
 /// Shows the strip unless the map is too narrow for it.
 void ColourLevels::reserveSpace()
 {
-    const bool hasSpace = m_strip != nullptr && map()->width() >= minMapWidth;
+    const bool isWide = map()->width() >= minMapWidth;
+    if (isWide != m_switch->isEnabled())
+        setUsable(m_switch, isWide, [] { return ColourLevels::tr("The map is too narrow for the histogram."); });
+    const bool hasSpace = m_strip != nullptr && isWide;
     const int width = hasSpace ? LevelStrip::stripWidth : 0;
     const MapColouring* const chosen = PlotAccess::colouring(std::as_const(*map()));
     if (width != (chosen != nullptr ? chosen->besideBar : 0))
