@@ -113,6 +113,8 @@ template <typename Plot> QImage sheet(const std::function<void(Plot&, PlotStyle*
 
 int main(int argc, char** argv)
 {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     if (argc != 2) {
         std::fprintf(stderr, "usage: drawstyles FOLDER\n");
