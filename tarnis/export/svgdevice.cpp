@@ -294,7 +294,7 @@ private:
             stops += "<stop offset=\"" + number(stop.first) + "\" stop-color=\"" + stop.second.name().toLatin1()
                 + "\" stop-opacity=\"" + number(stop.second.alphaF()) + "\"/>";
         }
-        const QByteArray name = "gradient" + QByteArray::number(++m_gradients);
+        QByteArray name = "gradient" + QByteArray::number(++m_gradients);
         m_definitions += "<linearGradient id=\"" + name + "\" gradientUnits=\"userSpaceOnUse\" x1=\""
             + number(gradient.start().x()) + "\" y1=\"" + number(gradient.start().y()) + "\" x2=\""
             + number(gradient.finalStop().x()) + "\" y2=\"" + number(gradient.finalStop().y()) + "\">" + stops

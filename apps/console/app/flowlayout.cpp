@@ -105,7 +105,8 @@ void FlowLayout::place(const Line& line, const QRect& rect) const
     for (QLayoutItem* const item : line.items) {
         int width = std::min(widthOf(*item), rect.width());
         if (expands(*item)) {
-            const int share = spare / left--; // whole pixels; the last one gets the rest
+            const int share = spare / std::max(left, 1); // whole pixels; the last one gets the rest
+            --left;
             spare -= share;
             width += share;
         }
