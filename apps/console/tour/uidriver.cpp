@@ -198,6 +198,8 @@ void UiDriver::click(QWidget& control)
     expect(control.isVisible(), QStringLiteral("%1 is on show").arg(control.objectName()));
     expect(control.isEnabled(),
         QStringLiteral("%1 can be pressed (tool tip: %2)").arg(control.objectName(), control.toolTip()));
+    waitUntil(QStringLiteral("%1 has its place in a new window").arg(control.objectName()),
+        [&] { return !control.size().isEmpty(); });
     if (control.focusPolicy() & Qt::ClickFocus)
         control.setFocus(Qt::MouseFocusReason);
     // Check boxes react only on their indicator and text, at the left.
@@ -242,10 +244,26 @@ void UiDriver::key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers
     act([&] { strike(widget, key, modifiers, QString()); });
 }
 
+/// Waits for the window manager, if there is one: without the keyboard a file dialog replaces its file name. Once in
+/// vain, since the display may give the keyboard to somebody else.
+void UiDriver::focus(QWidget& control)
+{
+    constexpr int limitMs = 2000;
+    control.activateWindow();
+    control.setFocus(Qt::MouseFocusReason);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const QPointer<QWidget> guard(&control);
+    while (guard && !control.hasFocus() && m_hasKeyboard && !elapsed.hasExpired(limitMs))
+        wait(pollMs);
+    expect(!guard.isNull(), QStringLiteral("the control stays"));
+    m_hasKeyboard = control.hasFocus();
+}
+
 void UiDriver::type(QWidget& edit, const QString& text)
 {
     expect(edit.isVisible() && edit.isEnabled(), QStringLiteral("%1 takes text").arg(edit.objectName()));
-    edit.setFocus(Qt::MouseFocusReason);
+    focus(edit);
     act([&] {
         for (const QChar c : text)
             strike(edit, 0, Qt::NoModifier, QString(c));
@@ -255,13 +273,13 @@ void UiDriver::type(QWidget& edit, const QString& text)
 void UiDriver::enter(QWidget& edit, const QString& text)
 {
     expect(edit.isVisible() && edit.isEnabled(), QStringLiteral("%1 takes text").arg(edit.objectName()));
-    edit.setFocus(Qt::MouseFocusReason);
+    focus(edit);
     act([&] { strike(edit, 0, Qt::NoModifier, text); });
 }
 
 void UiDriver::clearText(QLineEdit& edit)
 {
-    edit.setFocus(Qt::MouseFocusReason);
+    focus(edit);
     key(edit, Qt::Key_A, Qt::ControlModifier);
     key(edit, Qt::Key_Delete);
     expect(edit.text().isEmpty(), QStringLiteral("%1 is empty").arg(edit.objectName()));
@@ -320,7 +338,7 @@ void UiDriver::chooseInMenu(QWidget& widget, QPoint position, const QString& tex
 
 void UiDriver::chooseItem(QComboBox& box, const QString& text)
 {
-    box.setFocus(Qt::MouseFocusReason);
+    focus(box);
     key(box, Qt::Key_Home);
     for (int i = 0; i < box.count() && box.currentText() != text; ++i)
         key(box, Qt::Key_Down);

@@ -71,6 +71,7 @@ public:
     /// Moves the pointer there and rests.
     void hover(QWidget& widget, QPoint position);
     void key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void focus(QWidget& control);
     /// Gives the focus to the edit and types at its end.
     void type(QWidget& edit, const QString& text);
     /// Enters the complete text at once, like an input method: a file dialog selects folders while a path is typed.
@@ -114,6 +115,7 @@ protected:
     QStringList m_files;
     QStringList m_remarks;
     const bool& m_isInterrupted;
+    bool m_hasKeyboard = true; ///< unless the last control that wanted it waited in vain
 };
 
 } // namespace console
