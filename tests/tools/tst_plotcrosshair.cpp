@@ -96,6 +96,20 @@ private Q_SLOTS:
         QVERIFY(cross->table().isEmpty());
     }
 
+    void endsWhenAResizedPlotLeavesThePointer()
+    {
+        VectorGraphWidget plot;
+        fill(plot);
+        auto* const cross = new PlotCrosshair(&plot);
+        showActive(plot, { 400, 300 });
+        moveTo(plot, 85, 5);
+        QVERIFY(!cross->text().isEmpty());
+        showActive(plot, { 200, 300 });
+        TRY_VERIFY(cross->text().isEmpty());
+        moveTo(plot, 85, 5);
+        QVERIFY(!cross->text().isEmpty());
+    }
+
     void readsEveryVisibleCurve()
     {
         MultiVectorGraphWidget plot;

@@ -256,9 +256,12 @@ void PlotCrosshair::renew()
     Q_EMIT textChanged(now);
 }
 
-void PlotCrosshair::plotChanged(Changes /*changes*/)
+void PlotCrosshair::plotChanged(Changes changes)
 {
-    if (isShown())
+    const bool wasShown = isShown();
+    if (m_isOver && changes.testFlag(PlotRect)) // a smaller plot leaves a pointer at rest
+        notePointer(m_pointer);
+    if (wasShown)
         renew();
 }
 
