@@ -158,7 +158,7 @@ public:
     static void setReduction(XY2DGraphWidget& map, BinReduction reduction);
     /// Whether sums or means of bins may be shown in place of the bins. They depend on the view and have other colours.
     static bool showsSumsOrMeans(const XY2DGraphWidget& map);
-    /// The values that the colours stand for: the bins, or the sums or means in their place, and 0 elsewhere.
+    /// The values that the colours show: the bins, or the sums or means in their place, and 0 elsewhere.
     static QList<QList<double>> shownRows(const XY2DGraphWidget& map);
     static void setSquareRoot(XY2DGraphWidget& map, bool on);
     /// Replaces the five points of all maps; nothing is repainted.

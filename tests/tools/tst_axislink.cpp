@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <initializer_list>
 #include <limits>
 
 using namespace tarnis;
@@ -54,6 +55,14 @@ void showBoth(XYGraphWidget& plot)
     plot.refreshPixmap();
 }
 
+void fillAndLinkX(AxisLink& link, std::initializer_list<VectorGraphWidget*> plots)
+{
+    for (VectorGraphWidget* const plot : plots) {
+        fill(*plot);
+        link.add(plot, Qt::Horizontal);
+    }
+}
+
 } // namespace
 
 class TestAxisLink : public QObject {
@@ -64,10 +73,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget a, b, c;
         AxisLink link;
-        for (VectorGraphWidget* const plot : { &a, &b, &c }) {
-            fill(*plot);
-            link.add(plot, Qt::Horizontal);
-        }
+        fillAndLinkX(link, { &a, &b, &c });
         QSignalSpy changed(&link, &AxisLink::rangeChanged);
         showX(b, { 12.3, 45.6 });
         TRY_COMPARE(rangeX(c), (AxisRange { 12.3, 45.6 }));
@@ -184,10 +190,7 @@ private Q_SLOTS:
     {
         VectorGraphWidget a, b, c;
         AxisLink link;
-        for (VectorGraphWidget* const plot : { &a, &b, &c }) {
-            fill(*plot);
-            link.add(plot, Qt::Horizontal);
-        }
+        fillAndLinkX(link, { &a, &b, &c });
         showX(a, { 1, 2 });
         QCoreApplication::processEvents();
         a.onAutoScaleX(true);

@@ -53,6 +53,15 @@ bool isDrawn(XYGraphWidget& plot, double x, double y, const QColor& colour)
         plot.grab().toImage(), pixelOf(plot, x, y), QSize(0, 0), [&](const QColor& found) { return found == colour; });
 }
 
+/// Shows a map with a marker that is selected.
+void showSelected(XY2DGraphWidget& map, PlotMarkers& markers)
+{
+    fill(map);
+    showActive(map);
+    markers.add({ 1.5, 0.5 });
+    PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
+}
+
 } // namespace
 
 class TestPlotMarkers : public QObject {
@@ -201,11 +210,8 @@ private Q_SLOTS:
     void keysMoveRenameCopyAndRemove()
     {
         XY2DGraphWidget map;
-        fill(map);
         PlotMarkers markers(&map);
-        showActive(map);
-        markers.add({ 1.5, 0.5 });
-        PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
+        showSelected(map, markers);
         QTest::keyClick(&map, Qt::Key_Right);
         QTest::keyClick(&map, Qt::Key_Up);
         QCOMPARE(markers.markers().at(0).position, QPointF(2.5, 1.5));
@@ -280,11 +286,8 @@ private Q_SLOTS:
     void escapeDropsTheNewName()
     {
         XY2DGraphWidget map;
-        fill(map);
         PlotMarkers markers(&map);
-        showActive(map);
-        markers.add({ 1.5, 0.5 });
-        PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
+        showSelected(map, markers);
         QTest::keyClick(&map, Qt::Key_F2);
         auto* const editor = map.findChild<QLineEdit*>();
         QVERIFY(editor != nullptr);
@@ -300,11 +303,8 @@ private Q_SLOTS:
     void anUnchangedNameClosesTheEditor()
     {
         XY2DGraphWidget map;
-        fill(map);
         PlotMarkers markers(&map);
-        showActive(map);
-        markers.add({ 1.5, 0.5 });
-        PlotMouse(map).click(pixelOf(map, 1.5, 0.5));
+        showSelected(map, markers);
         for (const Qt::Key key : { Qt::Key_Escape, Qt::Key_Return, Qt::Key_Tab }) {
             QTest::keyClick(&map, Qt::Key_F2);
             auto* const editor = map.findChild<QLineEdit*>();
