@@ -2,6 +2,7 @@
 #include "support/visibleplot.h"
 #include "tools/samples.h"
 
+#include <tarnis/export/plotexporter.h>
 #include <tarnis/plots/vectorgraphwidget.h>
 #include <tarnis/tools/referencecurves.h>
 
@@ -92,6 +93,27 @@ private Q_SLOTS:
         QCOMPARE(references.compared(0).at(0), -3.0);
         choose();
         QCOMPARE(references.normRange(), (AxisRange { 0.0, 4.0 }));
+    }
+
+    void saysWhatIsMissingForANorm()
+    {
+        VectorGraphWidget plot;
+        fillFourBins(plot, { 2, 4, 6, 8 });
+        ReferenceCurves references(&plot);
+        showActive(plot);
+        references.freeze();
+        references.setView(ReferenceCurves::View::Ratio);
+        const auto says = [&](const char* text) {
+            return PlotExporter(plot).picture(PictureFormat::Svg, {}, nullptr).contains(text);
+        };
+        references.setNormRange(1.0, 3.0);
+        QVERIFY(says("data /") && !says("not scaled"));
+        references.setNormRange(7.0, 9.0);
+        QVERIFY(says("not scaled: there are no counts"));
+        references.setNorm(ReferenceCurves::Norm::LiveTime);
+        QVERIFY(says("not scaled: the live time is unknown"));
+        references.setNorm(ReferenceCurves::Norm::None);
+        QVERIFY(!says("not scaled"));
     }
 
     void offersTheLiveTimeOnlyIfItIsKnown()
